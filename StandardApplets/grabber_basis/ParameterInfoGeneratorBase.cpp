@@ -1,0 +1,3 @@
+#include "StandardApplets/grabber_basis/ParameterInfoGeneratorBase.h"
+
+ParameterInfoGeneratorBase::~ParameterInfoGeneratorBase() = default;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <array>
+
+#include "StandardApplets/grabber_basis/Ports.h"
+
+/// A register of a feature block: one handle and one width (in bits) a port. Handle 0 means that the design has no
+/// such register.
+struct BlockRegister {
+    std::array<int, kPorts> handle{};
+    std::array<unsigned, kPorts> width{};
+};
+
+/// Names of a block register in the design.
+struct BlockRegisterRow {
+    BlockRegister& reg;
+    const char* nameA;  ///< port 0
+    const char* nameB;  ///< port 1 of a two-camera design; null: both ports share port 0's register
+};

@@ -1,0 +1,50 @@
+#include "simulation/board/AcquisitionPath.h"
+
+namespace simulation {
+
+void AcquisitionPath::configure() {
+    mGateRow.configure(mRegisters);
+    mGeneratorRow.configure(mRegisters);
+    mSorterRow.configure(mRegisters);
+    mWindowRow.configure(mRegisters);
+    mSelectorRow.configure(mRegisters);
+    mReset = mRegisters.find("AAReset");
+}
+
+bool AcquisitionPath::isGate(int handle) const {
+    return mGateRow.has(handle) || mGeneratorRow.has(handle) || mSelectorRow.has(handle);
+}
+
+GeneratorSettings AcquisitionPath::generator() const { return Generator::settings(mGeneratorRow.values(mRegisters)); }
+
+ImageSelection AcquisitionPath::selection() const { return ImageSelection::of(mSelectorRow.values(mRegisters)); }
+
+bool AcquisitionPath::isOpen() const {
+    const auto [globalWork, reset, portEnable] = mGateRow.values(mRegisters);
+    if (globalWork != 1 || reset != 0 || !selection().passesAny()) return false;
+    const GeneratorSettings settings = generator();
+    return settings.isSource ? settings.runs : mCamera.linkIsUp() && portEnable == 1;
+}
+
+bool AcquisitionPath::countsOn() const {
+    const GeneratorSettings settings = generator();
+    return !settings.isSource || settings.runs;
+}
+
+bool AcquisitionPath::isSelected(uint64_t number) const { return selection().passes(number); }
+
+size_t AcquisitionPath::produce(uint64_t number, std::span<uint8_t> target) {
+    const Window window = Window::of(mWindowRow.values(mRegisters));
+    const TapSorter::Values taps = mSorterRow.values(mRegisters);
+    const GeneratorSettings settings = generator();
+    if (settings.isSource) {
+        mGenerator.show(settings, number);
+        const LineOrder& order = mSorter.order(taps, unchangedGeometry(), settings.size.width);
+        return cutWindow(window, mGenerator, order, target);
+    }
+    PictureFrame frame(mCamera.source().frame(number));
+    const LineOrder& order = mSorter.order(taps, mCamera.geometry(), frame.size().width);
+    return cutWindow(window, frame, order, target);
+}
+
+}  // namespace simulation

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "simulation/board/Camera.h"
+#include "simulation/board/DmaEngine.h"
+#include "simulation/board/Generator.h"
+#include "simulation/board/ImageSelection.h"
+#include "simulation/board/RegisterStore.h"
+#include "simulation/board/TapSorter.h"
+#include "simulation/board/Window.h"
+
+namespace simulation {
+
+/// The way from the camera or the generator to the DMA, as the registers have set it up. Settings are taken once a
+/// frame, then the frame passes without another look at the registers.
+class AcquisitionPath : public FrameProducer {
+public:
+    AcquisitionPath(const RegisterStore& registers, Camera& camera) : mRegisters(registers), mCamera(camera) {}
+
+    /// Finds the registers of the path; not while a transfer runs.
+    void configure();
+
+    /// Whether a write to \p handle can let frames pass or hold them back.
+    [[nodiscard]] bool isGate(int handle) const;
+    [[nodiscard]] bool isReset(int handle) const { return handle != 0 && handle == mReset; }
+
+    [[nodiscard]] bool isOpen() const override;
+    [[nodiscard]] bool countsOn() const override;
+    [[nodiscard]] bool isSelected(uint64_t number) const override;
+    [[nodiscard]] std::chrono::nanoseconds period() const override { return mCamera.period(); }
+    size_t produce(uint64_t number, std::span<uint8_t> target) override;
+
+private:
+    static constexpr std::array kGates{
+        StageRegister{"AAglobal_work",   0},
+        StageRegister{"AAReset",         0},
+        StageRegister{"AACamPortEnable", 1},
+    };
+
+    [[nodiscard]] GeneratorSettings generator() const;
+    [[nodiscard]] ImageSelection selection() const;
+
+    const RegisterStore& mRegisters;
+    Camera& mCamera;
+
+    RegisterRow<kGates.size()> mGateRow{kGates};
+    RegisterRow<Generator::kRegisters.size()> mGeneratorRow{Generator::kRegisters};
+    RegisterRow<TapSorter::kRegisters.size()> mSorterRow{TapSorter::kRegisters};
+    RegisterRow<Window::kRegisters.size()> mWindowRow{Window::kRegisters};
+    RegisterRow<ImageSelection::kRegisters.size()> mSelectorRow{ImageSelection::kRegisters};
+    int mReset = 0;
+
+    // Of the thread that asks for frames.
+    Generator mGenerator;
+    TapSorter mSorter;
+};
+
+}  // namespace simulation

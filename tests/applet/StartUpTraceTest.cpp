@@ -1,0 +1,139 @@
+// The register trace of one start-up, held against docs/startup-trace.txt line by line.
+//
+// After a change of the start-up, write the file anew and read the difference:
+//     QUILLON_WRITE_TRACE=1 build/release/tests/applet_tests --gtest_filter='StartUpTrace*' && git diff docs
+#include <algorithm>
+#include <fstream>
+
+#include "tests/applet/AppletLibrary.h"
+#include "tests/core/DesignRegisters.h"
+
+namespace {
+
+const char* const kFile = QUILLON_SOURCE "/docs/startup-trace.txt";
+
+const char* const kHead =
+    "# What one start-up does with the board, in order: the configuration of the FPGA, register writes by name\n"
+    "# (a question mark where the design has no such register), register reads, and status queries by connector.\n"
+    "# A load of the knee lookup table is one line that counts its writes.\n"
+    "# applet_tests holds the applet against this file; tests/applet/StartUpTraceTest.cpp says how to write it anew.\n";
+
+std::string registerName(const std::string& handle) {
+    const size_t number = std::stoul(handle);
+    return number == 0 || number > kDesignRegisters.size() ? "?" : kDesignRegisters[number - 1].name;
+}
+
+/// \return a recorded call in the words of the file
+std::string lineOf(const std::string& call) {
+    std::istringstream words(call);
+    std::string operation;
+    std::string board;
+    std::string first;
+    std::string second;
+    words >> operation >> board >> first >> second;
+    if (operation == "TavoConfigureFpga") return "configure";
+    if (operation == "TavoRegisterWrite") return "write " + registerName(first) + " " + second;
+    if (operation == "TavoRegisterRead") return "read " + registerName(first);
+    if (operation == "TavoGetCameraStatusExtended") return "status " + first;
+    return call;
+}
+
+/// Folds each load of the knee lookup table into one line that counts its writes.
+std::vector<std::string> withoutTables(const std::vector<std::string>& lines) {
+    const auto isTable = [](const std::string& line) { return line.starts_with("write AAKneeLut"); };
+    std::vector<std::string> folded;
+    for (auto line = lines.begin(); line != lines.end();) {
+        const auto end = std::find_if_not(line, lines.end(), isTable);
+        if (end == line) {
+            folded.push_back(*line++);
+            continue;
+        }
+        folded.push_back("write AAKneeLut... " + std::to_string(end - line) + " times");
+        line = end;
+    }
+    return folded;
+}
+
+/// \return the lines of the file, without its head
+std::vector<std::string> documented() {
+    std::ifstream file(kFile);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with("#")) lines.push_back(line);
+    }
+    return lines;
+}
+
+class StartUpTraceTest : public testing::Test {
+protected:
+    StartUpTraceTest() {
+        Installation tree;
+        const Library applet(tree.addApplet());
+        const AppletFunctions functions(applet);
+        const Stub board(tree.addStub("stub_tavo_hw", "tavo_hw"));
+        const Stub runtime(tree.addStub("stub_haprt", "haprt"));
+        runtime.answer("HapLoadDesignFromBuffer", 0x2002);
+        int err = -1;
+        Fg_Struct grabber{functions.Std_entry(device(), &err, 0)};
+        EXPECT_EQ(err, 0);
+        for (const std::string& call : board.takeCalls()) trace.push_back(lineOf(call));
+        trace = withoutTables(trace);
+        functions.Fg_FreeGrabber(&grabber);
+        for (const std::string& call : board.takeCalls()) tearDown.push_back(lineOf(call));
+    }
+
+    const Variable mDirect{"TAVO_ENABLE_DRA", nullptr};
+    const Variable mExternal{"__TAVO_FORCE_EXTERNAL_HAP", nullptr};
+    std::vector<std::string> trace;
+    std::vector<std::string> tearDown;
+};
+
+TEST_F(StartUpTraceTest, IsTheDocumentedOne) {
+    if (getenv("QUILLON_WRITE_TRACE") != nullptr) {
+        std::ofstream file(kFile, std::ios::trunc);
+        file << kHead;
+        for (const std::string& line : trace) file << line << '\n';
+        ASSERT_TRUE(file.good()) << kFile;
+    }
+    const std::vector<std::string> expected = documented();
+    ASSERT_FALSE(expected.empty()) << kFile;
+    for (size_t i = 0; i < std::max(trace.size(), expected.size()); ++i) {
+        ASSERT_EQ(i < trace.size() ? trace[i] : "the end", i < expected.size() ? expected[i] : "the end")
+            << "line " << i + 1 << " of the trace";
+    }
+}
+
+TEST_F(StartUpTraceTest, BeginsWithTheConfigurationAndEndsWithSdramAndTwoResetPulses) {
+    ASSERT_GT(trace.size(), 26U);
+    EXPECT_EQ(trace.front(), "configure");
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "configure"), 1);
+    std::vector<std::string> end{"write AASdramEnable 1"};
+    for (int i = 0; i < 12; ++i) {
+        end.push_back(i % 6 < 5 ? "write AAReset 1" : "write AAReset 0");
+        end.push_back("status 0");
+    }
+    EXPECT_THAT(std::vector<std::string>(trace.end() - 25, trace.end()), testing::ElementsAreArray(end));
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "write AACamSelect 0"), 2) << "once a port";
+}
+
+TEST_F(StartUpTraceTest, ModulesComeInTheirOrderForPortOneBeforePortZero) {
+    // ABCamPortLineCam and ABTrg_CCConfig are port 1's, AACamPortLineCam and AATrg_CCConfig port 0's.
+    const char* const order[] = {
+        "write AACamPortEnable 1", "write AACamSelect 0", "write AAGenWidth",   "write AAAreaWidth",
+        "write ABCamPortLineCam",  "write TapNumber",     "write AATrgArea",    "write ABTrg_CCConfig",
+        "write AAKneeLut",         "write AAImgSelect",   "write AAGenWidth",   "write AAAreaWidth",
+        "write AACamPortLineCam",  "write TapNumber",     "write AATrgArea",    "write AATrg_CCConfig",
+        "write AAKneeLut",         "write AAImgSelect",   "write AASdramEnable"};
+    auto line = trace.begin();
+    for (const char* expected : order) {
+        line = std::find_if(line, trace.end(), [&](const auto& known) { return known.starts_with(expected); });
+        ASSERT_NE(line, trace.end()) << expected << " is missing or comes too early";
+        ++line;
+    }
+}
+
+TEST_F(StartUpTraceTest, TearDownSwitchesBothCameraPortsOff) {
+    EXPECT_THAT(tearDown, testing::ElementsAre("write AACamPortEnable 0", "write ABCamPortEnable 0"));
+}
+
+}  // namespace

@@ -1,0 +1,173 @@
+#include <thread>
+
+#include "board/StageFixture.h"
+#include "simulation/board/Generator.h"
+
+using namespace simulation;
+using testing::Each;
+
+namespace {
+
+uint8_t pixel(Generator& generator, uint32_t x, uint32_t y) { return generator.line(y)[x]; }
+
+TEST(GeneratorPatternTest, TheRegistersCountEightPixelsAndLinesFromZero) {
+    const GeneratorSettings settings = Generator::settings({1, 1, 8, 128, 1023, 5, 3});
+    EXPECT_TRUE(settings.isSource && settings.runs);
+    EXPECT_EQ(settings.size, (PictureSize{1024, 1024}));
+    EXPECT_EQ(settings.taps, 5u);
+    EXPECT_EQ(settings.roll, 3u);
+    EXPECT_FALSE(Generator::settings({0, 1, 8, 128, 1023, 15, 0}).isSource);
+    EXPECT_FALSE(Generator::settings({1, 0, 8, 128, 1023, 15, 0}).runs) << "held";
+    EXPECT_FALSE(Generator::settings({1, 1, 0, 128, 1023, 15, 0}).runs) << "no pixel clock";
+    EXPECT_FALSE(Generator::settings({1, 1, 8, 0, 1023, 15, 0}).runs) << "no pixels";
+}
+
+TEST(GeneratorPatternTest, ShowsAWedgeUnderAGrid) {
+    Generator generator;
+    generator.show(
+        {
+            true, true, {1024, 1024},
+              15, 0
+    },
+        7);
+    EXPECT_EQ(pixel(generator, 0, 0), 255);
+    EXPECT_EQ(pixel(generator, 64, 3), 255);
+    EXPECT_EQ(pixel(generator, 5, 960), 255);
+    EXPECT_EQ(pixel(generator, 1, 1), 2);
+    EXPECT_EQ(pixel(generator, 100, 50), 150);
+    EXPECT_EQ(pixel(generator, 200, 100), 44);
+    EXPECT_EQ(pixel(generator, 1023, 1023), 254);
+}
+
+TEST(GeneratorPatternTest, RollsToTheRightAndStandsStillWithoutIt) {
+    Generator generator;
+    Generator still;
+    for (const uint64_t number : {1u, 2u, 27u, 4'000'000'000u}) {
+        SCOPED_TRACE(number);
+        still.show(
+            {
+                true, true, {512, 8},
+                  15, 0
+        },
+            number);
+        generator.show(
+            {
+                true, true, {512, 8},
+                  15, 10
+        },
+            number);
+        const auto moved = static_cast<uint32_t>((number - 1) * 10 % 256);
+        for (uint32_t x = 256; x < 512; ++x) ASSERT_EQ(pixel(generator, x, 5), pixel(still, x - moved, 5)) << x;
+    }
+}
+
+TEST(GeneratorPatternTest, ColumnsOfATapThatIsOffAreBlack) {
+    Generator generator;
+    Generator all;
+    all.show(
+        {
+            true, true, {264, 8},
+              15, 3
+    },
+        5);
+    for (uint32_t taps = 0; taps < 16; ++taps) {
+        SCOPED_TRACE(taps);
+        generator.show(
+            {
+                true, true, {264, 8},
+                  taps, 3
+        },
+            5);
+        for (uint32_t x = 0; x < 264; ++x) {
+            ASSERT_EQ(pixel(generator, x, 6), (taps >> (x % 4) & 1u) != 0 ? pixel(all, x, 6) : 0) << x;
+        }
+    }
+}
+
+TEST(GeneratorPatternTest, TheLargestFrameNeedsMemoryForOneLineOnly) {
+    Generator generator;
+    generator.show(Generator::settings({1, 1, 1, 65535, 65535, 15, 255}), 1);
+    EXPECT_EQ(generator.size(), (PictureSize{524280, 65536}));
+    EXPECT_EQ(pixel(generator, 524279, 65535), (524279 + 65535) % 256);
+}
+
+using GeneratorTest = StageFixture;
+
+TEST_F(GeneratorTest, ReplacesTheCameraWhileItIsEnabled) {
+    const std::vector<uint8_t> camera = acquire();
+    switchToGenerator();
+    mBoard.setLink(false);
+    set({
+        {"AACamPortEnable", 0}
+    });
+    const std::vector<uint8_t> pattern = acquire();
+    ASSERT_EQ(pattern.size(), 2048u) << "without a camera";
+    EXPECT_EQ(pattern[64 + 1], 2);
+    EXPECT_EQ(pattern[64 * 31 + 63], 31 + 63);
+    set({
+        {"AAGenWidth",  4 },
+        {"AAGenHeight", 15}
+    });
+    const std::vector<uint8_t> small = acquire();
+    EXPECT_EQ(small[64 * 15 + 31], 15 + 31);
+    EXPECT_EQ(small[64 * 15 + 32], 0) << "beyond the line";
+    EXPECT_THAT(std::vector<uint8_t>(small.begin() + 64 * 16, small.end()), Each(0)) << "beyond the frame";
+    mBoard.setLink(true);
+    set({
+        {"AACamPortEnable", 1},
+        {"AAGenEnable",     0}
+    });
+    EXPECT_EQ(acquire(), camera);
+}
+
+TEST_F(GeneratorTest, NoPicturesComeFromAGeneratorThatStands) {
+    switchToGenerator();
+    for (const char* name : {"AAGenStart", "AAGenActive", "AAGenWidth"}) {
+        SCOPED_TRACE(name);
+        const uint64_t before = read(handleOf(name));
+        set({
+            {name, 0}
+        });
+        EXPECT_FALSE(delivers());
+        set({
+            {name, before}
+        });
+        EXPECT_TRUE(delivers());
+    }
+}
+
+TEST_F(GeneratorTest, AHeldGeneratorGoesOnWhereItStopped) {
+    switchToGenerator();
+    ASSERT_EQ(mBoard.setMode(ClockMode::realTime).code, 0);
+    ASSERT_EQ(mBoard.setRate(1000).code, 0);
+    BufferSet& buffers = addBuffers(2000);
+    ASSERT_EQ(start(-1), 0);
+    EXPECT_GE(buffers.wait(2, 20), 2);
+    set({
+        {"AAGenStart", 0}
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    const int32_t last = buffers.lastPicture();
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    EXPECT_EQ(buffers.lastPicture(), last);
+    set({
+        {"AAGenStart", 1}
+    });
+    EXPECT_GT(buffers.wait(last + 1, 20), last);
+    EXPECT_EQ(buffers.ofPicture(last + 1)->frame - buffers.ofPicture(last)->frame, 1u);
+    EXPECT_EQ(mBoard.stopDma(0), 0);
+}
+
+TEST_F(GeneratorTest, ADisabledCameraPortStopsTheCamera) {
+    set({
+        {"AACamPortEnable", 0}
+    });
+    EXPECT_FALSE(delivers());
+    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "the link is up all the same";
+    set({
+        {"AACamPortEnable", 1}
+    });
+    EXPECT_TRUE(delivers());
+}
+
+}  // namespace

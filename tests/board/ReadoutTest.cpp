@@ -1,0 +1,167 @@
+#include <array>
+#include <numeric>
+
+#include "board/StageFixture.h"
+#include "simulation/board/Scene.h"
+#include "simulation/board/TapSorter.h"
+
+using namespace simulation;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+struct ReadoutRow {
+    int geometry;
+    TapSorter::Values registers;
+};
+
+// What a host writes for each geometry, in the order of the registers.
+constexpr std::array kRows{
+    ReadoutRow{0,  {0x0, 0x00, 0x00, 0xE4E4, 1, 0x76543210, 0xFEDCBA98}},
+    ReadoutRow{3,  {0x0, 0x11, 0x11, 0xE4E4, 1, 0xEFCDAB89, 0x67452301}},
+    ReadoutRow{30, {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xEFCD6745}},
+    ReadoutRow{31, {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xDCFE5476}},
+    ReadoutRow{32, {0x0, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
+    ReadoutRow{33, {0x5, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
+    ReadoutRow{34, {0x5, 0x33, 0x33, 0xB1B1, 0, 0xEFCD6745, 0xAB892301}},
+    ReadoutRow{35, {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xDCFE5476}},
+    ReadoutRow{36, {0x0, 0x10, 0x10, 0xE4E4, 0, 0xFEDC7654, 0xAB892301}},
+    ReadoutRow{37, {0x0, 0x10, 0x10, 0xE4E4, 0, 0xCDEF4567, 0xAB892301}},
+    ReadoutRow{38, {0x0, 0x11, 0x11, 0xE4E4, 0, 0xEFCD6745, 0xAB892301}},
+    ReadoutRow{39, {0x5, 0x30, 0x30, 0xB1E4, 0, 0xCDEF4567, 0xAB892301}},
+    ReadoutRow{40, {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xCDEF4567}},
+    ReadoutRow{41, {0x5, 0x30, 0x30, 0xB1E4, 0, 0xDCFE5476, 0xAB892301}},
+    ReadoutRow{42, {0xF, 0x00, 0x00, 0xE4E4, 0, 0xB3A29180, 0xF7E6D5C4}},
+    ReadoutRow{43, {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x7F6E5D4C, 0x3B2A1908}},
+    ReadoutRow{44, {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xB3A29180, 0x4C5D6E7F}},
+    ReadoutRow{45, {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xC4D5E6F7, 0x3B2A1908}},
+    ReadoutRow{46, {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x3B2A9180, 0x7F6ED5C4}},
+    ReadoutRow{47, {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x4C5DE6F7, 0x0819A2B3}},
+    ReadoutRow{48, {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x08192A3B, 0x4C5D6E7F}},
+    ReadoutRow{49, {0xF, 0x00, 0x00, 0xE4E4, 0, 0xC4D5E6F7, 0x8091A2B3}},
+    ReadoutRow{50, {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x08192A3B, 0xF7E6D5C4}},
+    ReadoutRow{51, {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x7F6E5D4C, 0x8091A2B3}},
+};
+
+constexpr const char* kNames[]{"TapNumber",       "TapDirection",      "ReadOutMirror",    "ReadOutTapOrder",
+                               "InsertionBypass", "TapSortingSchemaA", "TapSortingSchemaB"};
+
+/// The columns of a line of 16 pixels in the order in which they leave the camera.
+std::vector<uint8_t> sent(int geometry) {
+    std::vector<uint8_t> line(16);
+    std::iota(line.begin(), line.end(), uint8_t{0});
+    std::vector<uint8_t> delivered(16);
+    deliveryOrder(*findGeometry(geometry), 16).copy(line.data(), 0, delivered);
+    return delivered;
+}
+
+TEST(ReadoutGeometryTest, TheCameraSendsOnePixelOfEachTapInAClock) {
+    EXPECT_THAT(sent(0), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15));
+    EXPECT_THAT(sent(3), ElementsAre(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0));
+    EXPECT_THAT(sent(30), ElementsAre(0, 1, 2, 3, 15, 14, 13, 12, 4, 5, 6, 7, 11, 10, 9, 8)) << "|1234> <8765|";
+    EXPECT_THAT(sent(32), ElementsAre(0, 1, 2, 3, 8, 9, 10, 11, 4, 5, 6, 7, 12, 13, 14, 15)) << "|1234> 5678>|";
+    EXPECT_THAT(sent(34), ElementsAre(15, 14, 11, 10, 7, 6, 3, 2, 13, 12, 9, 8, 5, 4, 1, 0)) << "|<87 <65 <43 <21|";
+    EXPECT_THAT(sent(42), ElementsAre(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15)) << "|1> 2> ... 8>|";
+    EXPECT_THAT(sent(50), ElementsAre(1, 3, 5, 7, 8, 10, 12, 14, 0, 2, 4, 6, 9, 11, 13, 15)) << "|<1 .. <4 5> .. 8>|";
+}
+
+TEST(ReadoutGeometryTest, IsFoundByItsNameOrNumber) {
+    EXPECT_EQ(findGeometry("SMODE_UNCHANGED")->number, 0);
+    EXPECT_EQ(findGeometry("SMODE_TAB8_21")->number, 51);
+    EXPECT_EQ(findGeometry("34")->name, "SMODE_TAB8_4");
+    for (const char* text :
+         {"", "2", "52", "-1", "30 ", "smode_tab8_0", "SMODE_TAB8_22", "SMODE_TAB8_", "99999999999"}) {
+        EXPECT_EQ(findGeometry(std::string_view(text)), nullptr) << text;
+    }
+}
+
+class ReadoutTest : public StageFixture {
+protected:
+    void setSorter(const TapSorter::Values& registers) {
+        for (size_t i = 0; i < registers.size(); ++i)
+            set({
+                {kNames[i], registers[i]}
+            });
+    }
+    std::vector<uint8_t> scene() {
+        std::string why;
+        return Scene::create({64, 32}, why)->frame(1).pixels;
+    }
+};
+
+TEST_F(ReadoutTest, EveryGeometryIsSortedByItsOwnRegisterValuesAlone) {
+    const std::vector<uint8_t> expected = scene();
+    for (const ReadoutRow& row : kRows) {
+        SCOPED_TRACE(row.geometry);
+        ASSERT_EQ(mBoard.setGeometry(row.geometry).code, 0);
+        for (const ReadoutRow& other : kRows) {
+            setSorter(other.registers);
+            ASSERT_EQ(acquire() == expected, other.geometry == row.geometry) << "sorted for " << other.geometry;
+        }
+    }
+}
+
+TEST_F(ReadoutTest, UnknownRegisterValuesPassThePixelsOnAsTheyCome) {
+    ASSERT_EQ(mBoard.setGeometry("SMODE_REVERSE").code, 0);
+    setSorter(kRows[0].registers);
+    const std::vector<uint8_t> asTheyCome = acquire();
+    EXPECT_NE(asTheyCome, scene());
+    for (size_t i = 0; i < std::size(kNames); ++i) {
+        TapSorter::Values damaged = kRows[1].registers;
+        damaged[i] ^= 1;
+        setSorter(damaged);
+        EXPECT_EQ(acquire(), asTheyCome) << kNames[i];
+    }
+    setSorter(kRows[1].registers);
+    EXPECT_EQ(acquire(), scene());
+    ASSERT_EQ(mBoard.setGeometry(0).code, 0);
+    EXPECT_NE(acquire(), scene()) << "the camera has changed, the sorter has not";
+}
+
+TEST_F(ReadoutTest, TheWindowIsCutOutOfTheSortedLine) {
+    ASSERT_EQ(mBoard.setGeometry(43).code, 0);
+    setSorter(kRows[15].registers);
+    set({
+        {"AAAreaWidth",  1},
+        {"AAAreaHeight", 0}
+    });
+    const std::vector<uint8_t> picture = acquire();
+    const std::vector<uint8_t> expected = scene();
+    EXPECT_TRUE(std::equal(picture.begin(), picture.begin() + 32, expected.begin()));
+}
+
+TEST_F(ReadoutTest, TheGeneratorIsSortedLikeACameraWhosePixelsComeAsTheyLie) {
+    switchToGenerator();
+    setSorter(kRows[0].registers);
+    const std::vector<uint8_t> pattern = acquire();
+    ASSERT_EQ(mBoard.setGeometry(43).code, 0);
+    EXPECT_EQ(acquire(), pattern) << "the camera has no say in it";
+    setSorter(kRows[1].registers);
+    const std::vector<uint8_t> reversed = acquire();
+    EXPECT_TRUE(std::equal(pattern.begin(), pattern.begin() + 64, reversed.rend() - 64)) << "the first line";
+}
+
+TEST_F(ReadoutTest, RefusesWhatCannotBeReadOut) {
+    EXPECT_EQ(mBoard.setGeometry(2).code, kBadSetting);
+    EXPECT_THAT(mBoard.setGeometry("tab").text, AllOf(HasSubstr("tab"), HasSubstr("SMODE_TAB8_0 (30)")));
+    ASSERT_EQ(mBoard.setGeometry(30).code, 0);
+    const Outcome narrow = mBoard.setScene({72, 32});
+    EXPECT_EQ(narrow.code, kBadSetting);
+    EXPECT_THAT(narrow.text, AllOf(HasSubstr("SMODE_TAB8_0"), HasSubstr("72"), HasSubstr("multiple of 16")));
+    setSorter(kRows[2].registers);
+    EXPECT_EQ(acquire(), scene()) << "a refusal changes nothing";
+
+    ASSERT_EQ(mBoard.setGeometry(0).code, 0);
+    ASSERT_EQ(mBoard.setScene({72, 32}).code, 0);
+    EXPECT_EQ(mBoard.setGeometry(30).code, kBadSetting);
+    const std::vector<uint8_t> picture = acquire();
+    setSorter(kRows[0].registers);
+    EXPECT_EQ(picture, acquire()) << "such a width is not sorted";
+
+    ASSERT_EQ(start(-1), 0);
+    EXPECT_EQ(mBoard.setGeometry(0).code, kBusy);
+}
+
+}  // namespace

@@ -1,0 +1,158 @@
+#include <array>
+#include <cstring>
+
+#include "tests/core/GrabberTest.h"
+
+namespace {
+
+struct Question {
+    int code;
+    int result;
+};
+
+// Every question of the interface and some that it does not have.
+constexpr std::array kQuestions{
+    Question{848,        0    },
+    Question{1040,       -2130},
+    Question{1041,       0    },
+    Question{1042,       -2130},
+    Question{1043,       0    },
+    Question{1044,       -2130},
+    Question{1045,       -2130},
+    Question{1792,       1    },
+    Question{1872,       1    },
+    Question{1888,       1    },
+    Question{2048,       65537},
+    Question{2160,       0    },
+    Question{2176,       2626 },
+    Question{2192,       0    },
+    Question{2560,       0    },
+    Question{2816,       1    },
+    Question{3072,       0    },
+    Question{3328,       1    },
+    Question{4096,       0    },
+    Question{4112,       0    },
+    Question{4128,       0    },
+    Question{4144,       0    },
+    Question{4160,       0    },
+    Question{4176,       0    },
+    Question{4192,       -2130},
+    Question{4208,       -2130},
+    Question{4352,       -2130},
+    Question{4608,       -2130},
+    Question{4624,       -2130},
+    Question{4640,       -2130},
+    Question{4656,       -2130},
+    Question{4672,       -2130},
+    Question{4688,       -2130},
+    Question{4704,       -2130},
+    Question{0,          -2130},
+    Question{-1,         -2130},
+    Question{849,        -2130},
+    Question{2147483647, -2130},
+};
+
+int info(int code, int arg1 = 0, void* vptr = nullptr, const void** vptrptr = nullptr) {
+    return Info(static_cast<AppletInfos>(code), arg1, 0, vptr, vptrptr);
+}
+
+TEST(AppletInfoTest, EveryQuestionHasItsResultWithAndWithoutTargets) {
+    for (const Question& question : kQuestions) {
+        EXPECT_EQ(info(question.code), question.result) << question.code;
+        std::array<unsigned char, 16> number{};
+        const void* pointer = nullptr;
+        EXPECT_EQ(info(question.code, 0, number.data(), &pointer), question.result) << question.code;
+    }
+}
+
+TEST(AppletInfoTest, TextsAndNullsGoToThePointerTarget) {
+    static const char kUntouched[] = "untouched";
+    const std::pair<int, const char*> texts[] = {
+        {4096, "Acquisition with one FULL configuration greyscale area scan camera"     },
+        {4128, "class=acquisition,type=single,sensortype=area,color=gray,interface=full"},
+        {4176, "QuillonCam_Greyscale_8bit"                                              },
+        {2160, nullptr                                                                  },
+        {4112, nullptr                                                                  },
+        {848,  kUntouched                                                               },
+        {2176, kUntouched                                                               },
+        {4192, kUntouched                                                               },
+        {4144, kUntouched                                                               },
+    };
+    for (const auto& [code, expected] : texts) {
+        const void* answer = kUntouched;
+        info(code, 0, nullptr, &answer);
+        EXPECT_STREQ(static_cast<const char*>(answer), expected) << code;
+    }
+}
+
+TEST(AppletInfoTest, DesignIdentifierHasGuidForm) {
+    const void* answer = nullptr;
+    ASSERT_EQ(info(1043, 0, nullptr, &answer), 0);
+    const std::string text = static_cast<const char*>(answer);
+    ASSERT_EQ(text.size(), 36U);
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool isHyphen = i == 8 || i == 13 || i == 18 || i == 23;
+        EXPECT_TRUE(isHyphen ? text[i] == '-' : std::strchr("0123456789abcdef", text[i]) != nullptr) << i;
+    }
+}
+
+TEST(AppletInfoTest, IconIsAPngOfTheStatedShape) {
+    int size = 0;
+    const void* data = nullptr;
+    ASSERT_EQ(info(1041, 5, &size, &data), 0);
+    ASSERT_EQ(size, 1757);
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    // Signature, header chunk, 32 x 32 pixels of 8-bit RGBA, and the end chunk as the last twelve bytes.
+    const unsigned char head[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0, 0, 0,  13, 'I',
+                                  'H',  'D', 'R', 0,   0,  0,  32, 0,  0, 0, 32, 8,  6};
+    EXPECT_EQ(std::memcmp(bytes, head, sizeof head), 0);
+    EXPECT_EQ(std::memcmp(bytes + 1757 - 8, "IEND", 4), 0);
+    int sizeAlone = 0;
+    EXPECT_EQ(info(1041, 0, &sizeAlone, nullptr), 0);
+    EXPECT_EQ(sizeAlone, 1757);
+    const void* dataAlone = nullptr;
+    EXPECT_EQ(info(1041, 0, nullptr, &dataAlone), 0);
+    EXPECT_EQ(dataAlone, data);
+}
+
+TEST(AppletInfoTest, PortCountDependsOnThePortType) {
+    for (const auto& [type, result] : {
+             std::pair{0,          1    },
+             {1,          0    },
+             {2,          -2070},
+             {-1,         -2070},
+             {2147483647, -2070}
+    }) {
+        EXPECT_EQ(info(1792, type), result) << type;
+    }
+}
+
+using AppletInfoGrabberTest = GrabberTest;
+
+TEST_F(AppletInfoGrabberTest, HandlesAreThoseOfTheMostRecentEntry) {
+    ASSERT_EQ(open(), 0);
+    void* handles[2] = {};
+    EXPECT_EQ(info(4144, 0, &handles[0]), 0);
+    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
+    EXPECT_EQ(handles[0], FakeBoard::device());
+    EXPECT_EQ(handles[1], FakeBoard::design());
+
+    int err = 0;
+    int other = 0;
+    auto* const slave = reinterpret_cast<FgDevice*>(&other);
+    EXPECT_EQ(Std_entry(slave, &err, 1), nullptr);
+    EXPECT_EQ(err, -2070);
+    EXPECT_EQ(info(4144, 0, &handles[0]), 0);
+    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
+    EXPECT_EQ(handles[0], slave);
+    EXPECT_EQ(handles[1], FakeBoard::design());
+    EXPECT_THAT(board.events, testing::IsEmpty());
+
+    board.embeddedDesign = nullptr;
+    free();
+    EXPECT_EQ(open(), 0);
+    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
+    EXPECT_EQ(handles[1], nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,209 @@
+// Camera control lines, digital inputs and outputs: RSCCSignal and PSCCSignal.
+#include "StandardApplets/grabber_basis/PSFx4/PSCCSignal.h"
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ParameterText.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::StrEq;
+
+using Lines = std::array<int, 4>;
+
+class CCSignalTest : public ModuleTest {
+protected:
+    PSCCSignal& addModule() {
+        PSCCSignal& module = add<PSCCSignal>();
+        board.clearEvents();
+        return module;
+    }
+    PSCCSignal& addMediumModule() {
+        master().setIsMedium(true);
+        return addModule();
+    }
+    int setLines(Lines lines, int port = 0) {
+        return Fg_setParameterWithType(handle(), FG_CCSEL, &lines, port, FG_PARAM_TYPE_AUTO);
+    }
+};
+
+std::string lineText(const char* id, const char* name, const char* second, int standard) {
+    return std::string(id) + " | " + name +
+           " | - | 7 1 1 1 | enum [  Exsync]0=CC_EXSYNC [! Exsync]6=CC_NOT_EXSYNC [  " + second + "]1=CC_HDSYNC [! " +
+           second +
+           "]7=CC_NOT_HDSYNC [  Flash]2=CC_STROBEPULSE [! Flash]8=CC_NOT_STROBEPULSE [  Clk]3=CC_CLK [  Gnd]4=CC_GND "
+           "[  Vcc]5=CC_VCC default " +
+           std::to_string(standard) + " | Assign a particular signal to CameraLink's " + name + " line.";
+}
+
+TEST_F(CCSignalTest, IsPublishedAsHostsKnowIt) {
+    master().setIsArea(1, 0);
+    PSCCSignal& module = addModule();
+    for (unsigned port : {0u, 1u}) {
+        const char* second = port == 0 ? "HD-Sync" : "Exsync2";  // port 1 has a line camera
+        std::vector<std::string> published;
+        for (int id : {14000, 14001, 14002, 14003, 14004, 14010, 14020}) {
+            published.push_back(parameterText(record(id), port));
+        }
+        EXPECT_THAT(published,
+                    ElementsAre("FG_CCSEL | CC | - | 7 1 0 1 | other | Assign a particular signal to CameraLink's CC "
+                                "lines. SDK only.",
+                                lineText("FG_CCSEL0", "CC1", second, 0), lineText("FG_CCSEL1", "CC2", second, 5),
+                                lineText("FG_CCSEL2", "CC3", second, 5), lineText("FG_CCSEL3", "CC4", second, 5),
+                                "FG_DIGIO_INPUT | Digital Input | - | 1 1 1 0 | int 0..255 step 1 default 3 | "
+                                "Information about the digital input signals at the trigger board. ",
+                                "FG_DIGIO_OUTPUT | Digital Output | - | 7 1 1 1 | int 0..3 step 1 default 3 | Select "
+                                "a value to be mapped to the digital outputs at the trigger board."));
+        // The array of all lines has no node of its own.
+        EXPECT_THAT(groupTexts(master().getHeader()->getRegisterInfo(static_cast<int>(port))),
+                    ElementsAre("CC Signal Mapping: 14001 14002 14003 14004", "Digital I/O: 14020 14010"));
+    }
+    for (int id : {FG_DIGIO_INPUT, FG_DIGIO_OUTPUT}) {
+        EXPECT_THAT(module.getDocModuleURL(id), StrEq("feature_blocks/PSDigitalIO/PSDigitalIO.html"));
+    }
+    EXPECT_THAT(module.getDocModuleURL(FG_CCSEL), StrEq("feature_blocks/PSCCSignals/PSCCSignalsArea.html"));
+    master().setIsArea(0, 0);
+    EXPECT_THAT(module.getDocModuleURL(FG_CCSEL3), StrEq("feature_blocks/PSCCSignals/PSCCSignalsLine.html"));
+}
+
+TEST_F(CCSignalTest, EverySourceHasItsNibbleOnEveryLine) {
+    addMediumModule();
+    const std::array nibbles{0x0, 0x1, 0x2, 0x3, 0x4, 0xC, 0x8, 0x9, 0xA};
+    for (int source = 0; source < 9; ++source) {
+        SCOPED_TRACE(source);
+        for (int line = 0; line < 4; ++line) {
+            ASSERT_EQ(setLines({5, 5, 5, 5}), 0);
+            board.clearEvents();
+            EXPECT_EQ(set(FG_CCSEL0 + line, source), 0);
+            const int expected = (0xCCCC & ~(0xF << 4 * line)) | nibbles[static_cast<size_t>(source)] << 4 * line;
+            EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig " + std::to_string(expected)));
+            EXPECT_EQ(get(FG_CCSEL0 + line), source);
+        }
+    }
+}
+
+TEST_F(CCSignalTest, FullUpdateOfAMediumCameraSetsTheSecondConnectorHigh) {
+    PSCCSignal& module = addMediumModule();
+    EXPECT_EQ(module.updateAllParameters(1), 0);
+    EXPECT_EQ(module.updateAllParameters(0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 3", "ABTrg_CCConfig 52428", "AATrg_DigitalOut 3",
+                                            "AATrg_CCConfig 52416"));
+    const std::array sources{CC_CLK, CC_CLK, CC_CLK, CC_CLK};
+    EXPECT_EQ(module.setCCSel(1, sources.data()), 0);
+    board.clearEvents();
+    for (int id = FG_CCSEL; id <= FG_CCSEL3; ++id) EXPECT_EQ(module.updateParameter(1, id), 0);
+    EXPECT_THAT(board.writes(), ElementsAreArray(std::vector<std::string>(5, "ABTrg_CCConfig 52428")));
+    EXPECT_EQ(set(FG_CCSEL0, 6), 0);
+    EXPECT_EQ(board.value("AATrg_CCConfig"), 52424u);
+    EXPECT_EQ(set(FG_CCSEL0, 6, 1), -61);
+}
+
+TEST_F(CCSignalTest, PortBHasLinesOfItsOwnWhereItHasAConnector) {
+    PSCCSignal& shared = addModule();
+    EXPECT_EQ(shared.updateParameter(1, FG_CCSEL), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig 52416"));
+    board.clearEvents();
+    mFabrixBoard->setIsDualDesign(true);
+    PSCCSignal own(&master());
+    EXPECT_EQ(own.setCC(1, 1, CC_GND), 0);
+    EXPECT_EQ(own.updateAllParameters(1), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 0", "ABTrg_CCConfig 52288"));
+    // Without a register of its own it does not fall back to port A's.
+    board.removeRegister("ABTrg_CCConfig");
+    PSCCSignal missing(&master());
+    EXPECT_EQ(missing.getRegisterInitSuccess(), -7040);
+    EXPECT_LT(missing.updateParameter(1, FG_CCSEL), 0);
+}
+
+TEST_F(CCSignalTest, AllLinesAreSetAtOnceOrNotAtAll) {
+    PSCCSignal& module = addMediumModule();
+    EXPECT_EQ(setLines({3, 1, 8, 4}), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig 18963"));
+    board.clearEvents();
+    for (const Lines& lines : {
+             Lines{0,  1,       2, 9},
+             Lines{-1, 0,       0, 0},
+             Lines{0,  1 << 30, 0, 0}
+    }) {
+        EXPECT_EQ(setLines(lines), -6000);
+    }
+    for (int source : {-1, 9}) EXPECT_EQ(set(FG_CCSEL1, source), -6000);
+    EXPECT_THAT(board.writes(), IsEmpty());
+    EXPECT_THAT(get<Lines>(FG_CCSEL), ElementsAre(3, 1, 8, 4));
+    const int source = 0;
+    EXPECT_EQ(module.checkParam(FG_CCSEL0, &source, 0), -1);
+}
+
+TEST_F(CCSignalTest, ANumberThatIsNoSourceIsKeptAndDrivesTheTrigger) {
+    addMediumModule();
+    EXPECT_EQ(load(FG_CCSEL1, 1000), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig 52224"));
+    EXPECT_EQ(get(FG_CCSEL1), 1000);
+}
+
+TEST_F(CCSignalTest, InputsAreReadWheneverTheyAreAskedFor) {
+    PSCCSignal& module = addMediumModule();
+    board.setValue("AATrg_DigitalIn", 0x12345678A5);
+    EXPECT_EQ(get<unsigned>(FG_DIGIO_INPUT), 0x345678A5u);
+    board.setValue("AATrg_DigitalIn", 7);
+    EXPECT_EQ(get<unsigned>(FG_DIGIO_INPUT, 1), 7u);
+    EXPECT_THAT(board.events, ElementsAre("read AATrg_DigitalIn", "read AATrg_DigitalIn"));
+    board.readFailures["AATrg_DigitalIn"] = -3;
+    EXPECT_EQ(get<unsigned>(FG_DIGIO_INPUT), 0xFFFFFFFFu);
+    EXPECT_EQ(set(FG_DIGIO_INPUT, 1), -8010);
+    EXPECT_EQ(load(FG_DIGIO_INPUT, 1), -1);
+    EXPECT_EQ(module.updateParameter(0, FG_DIGIO_INPUT), -1);
+}
+
+TEST_F(CCSignalTest, OutputsAreWrittenWithinTheirLimits) {
+    addMediumModule();
+    EXPECT_EQ(get(FG_DIGIO_OUTPUT), 3);
+    for (int value : {0, 3}) EXPECT_EQ(set(FG_DIGIO_OUTPUT, value), 0);
+    for (int value : {-1, 4}) EXPECT_EQ(set(FG_DIGIO_OUTPUT, value), -6000);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 0", "AATrg_DigitalOut 3"));
+    EXPECT_EQ(get(FG_DIGIO_OUTPUT), 3);
+}
+
+TEST_F(CCSignalTest, AFailedWriteIsReturnedAndStopsNoOther) {
+    PSCCSignal& module = addMediumModule();
+    board.failWrite("AATrg_DigitalOut", -4);
+    EXPECT_EQ(set(FG_DIGIO_OUTPUT, 1), -4);
+    board.clearEvents();
+    EXPECT_EQ(module.updateAllParameters(0), -1);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 1", "AATrg_CCConfig 52416"));
+    board.writeFailures = {
+        {"ABTrg_CCConfig", -5},
+        {"AATrg_CCConfig", -6}
+    };
+    EXPECT_EQ(module.updateParameter(1, FG_CCSEL0), -5);
+    EXPECT_EQ(set(FG_CCSEL3, 2), -6);
+    EXPECT_EQ(module.updateAllParameters(0), -1);
+    board.writeFailures.clear();
+    EXPECT_EQ(module.updateAllParameters(0), 0);
+    EXPECT_EQ(board.value("AATrg_CCConfig"), 0x2CC0u);
+}
+
+TEST_F(CCSignalTest, RefusesOtherParametersAndPorts) {
+    PSCCSignal& module = addMediumModule();
+    Lines value{1, 1, 1, 1};
+    for (int id : {13999, 14005, 14011, 14021}) {
+        EXPECT_EQ(module.getParamFromRs(id, &value, 0), -2070) << id;
+        EXPECT_EQ(module.setParamToRs(id, &value, 0), -2070) << id;
+        EXPECT_EQ(module.updateParameter(0, id), -1) << id;
+    }
+    for (int id : {FG_CCSEL, FG_CCSEL3, FG_DIGIO_OUTPUT}) {
+        EXPECT_EQ(module.getParamFromRs(id, &value, 2), -61) << id;
+        EXPECT_EQ(module.setParamToRs(id, &value, 2), -61) << id;
+        EXPECT_EQ(module.updateParameter(2, id), -1) << id;
+    }
+    EXPECT_EQ(module.setDigIoOut(2, 1), -1);
+    EXPECT_EQ(module.readRegisterDigIoIn(2), -1);
+    EXPECT_EQ(module.setCC(0, 4, CC_CLK), -1);
+    EXPECT_EQ(module.setCC(2, 0, CC_CLK), -1);
+    EXPECT_EQ(module.updateAllParameters(2), -1);
+    EXPECT_THAT(value, ElementsAre(1, 1, 1, 1));
+    EXPECT_THAT(board.events, IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,397 @@
+#include <array>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "StandardApplets/grabber_basis/Fg_ConfigFileParser.h"
+#include "StandardApplets/grabber_basis/PSFx4/PSKneeLut.h"
+#include "StandardApplets/grabber_basis/PSFx4/PSWindow.h"
+#include "StandardApplets/grabber_basis/PSFx4/ParameterTable.h"
+#include "StandardApplets/grabber_basis/ValueBorder.h"
+#include "tests/core/GrabberTest.h"
+#include "tests/core/TextFiles.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr int kInteger = 1001;
+constexpr int kDouble = 1002;
+constexpr int kText = 1003;
+constexpr int kEntry = 1004;
+constexpr int kOther = 1005;
+constexpr int kUnsaved = 1006;
+constexpr int kUnreadable = 1007;
+constexpr int kLongerName = 1008;
+
+/// One parameter of each type, with the lines of its own that a structure has.
+class AllTypes : public RSMaster {
+public:
+    explicit AllTypes(Fg_StdMaster* master) : RSMaster(master) { createParameters(*this, kRows); }
+    int getParamFromRs(int id, void* val, unsigned port) override {
+        if (id == kUnreadable) return -1;
+        if (id == kDouble) putValue(val, doubles[port]);
+        if (id == kText) putText(val, texts[port]);
+        if (id != kDouble && id != kText) putValue(val, integers[port][id]);
+        return 0;
+    }
+    int setParamToRs(int id, const void* val, unsigned port) override {
+        if (id == kDouble) doubles[port] = takeValue<double>(val);
+        if (id == kText) texts[port] = takeName(val);
+        if (id != kDouble && id != kText) integers[port][id] = takeValue<int>(val);
+        return 0;
+    }
+    int updateAllParameters(unsigned port) override {
+        updatedPorts.push_back(static_cast<int>(port));
+        return 0;
+    }
+    int saveParmeter(int port, int, const char* key, std::FILE* file) override {
+        std::fprintf(file, "%s of port %d\n", key, port);
+        return 0;
+    }
+    int loadParameter(int port, int, char* key, std::FILE*) override {
+        loadedKeys.push_back(std::string(key) + " " + std::to_string(port));
+        return 0;
+    }
+    void setRegisterInfoTree(unsigned) override {}
+    void setDescriptions() override {}
+    void setLimits(unsigned port, bool) override {
+        header->setLimits(kInteger, static_cast<int>(port), 0, 100, 10, 0, false);
+    }
+    void setFlags(unsigned port) override {
+        for (const ParameterRow& row : kRows) {
+            header->setFlags(row.id, static_cast<int>(port), kReadOnly, 1, 1, row.id == kUnsaved ? 0 : 1);
+        }
+    }
+    const char* getDocModuleURL(int) override { return nullptr; }
+
+    std::array<std::map<int, int>, 2> integers;
+    std::array<double, 2> doubles{};
+    std::array<std::string, 2> texts;
+    std::vector<std::string> loadedKeys;
+    std::vector<int> updatedPorts;
+
+private:
+    static constexpr std::array kRows{
+        ParameterRow{kLongerName, TYPE_INT,    "FG_INTEGERX",   "", nullptr, nullptr},
+        ParameterRow{kInteger,    TYPE_INT,    "FG_INTEGER",    "", nullptr, nullptr},
+        ParameterRow{kDouble,     TYPE_DOUBLE, "FG_DOUBLE",     "", nullptr, nullptr},
+        ParameterRow{kText,       TYPE_STRING, "FG_TEXT",       "", nullptr, nullptr},
+        ParameterRow{kEntry,      TYPE_ENUM,   "FG_ENTRY",      "", nullptr, nullptr},
+        ParameterRow{kOther,      TYPE_OTHER,  "FG_OTHER",      "", nullptr, nullptr},
+        ParameterRow{kUnsaved,    TYPE_INT,    "FG_UNSAVED",    "", nullptr, nullptr},
+        ParameterRow{kUnreadable, TYPE_INT,    "FG_UNREADABLE", "", nullptr, nullptr},
+    };
+};
+
+const std::string kHeader =
+    "[Kamerasektion]\n\nConfigFileVersion=2.0;\nHersteller='Generic-CameraLink';\nTyp='Quillon8';\nVersion='1.1';\n"
+    "LoadAppletId=4711;\nAktivePort=0;\n";
+
+class ConfigFileTest : public ModuleTest {
+protected:
+    ConfigFileTest() : module(add<AllTypes>()) {
+        master().setCameraType("Quillon8");
+        master().setCameraVersion("1.1");
+        mFabrixBoard->setAppletID(4711);
+    }
+    int save(const std::string& name) { return Fg_saveConfig(handle(), files.path(name).c_str()); }
+    int loadText(const std::string& content) { return Fg_loadConfig(handle(), files.make("in.mcf", content).c_str()); }
+    /// Loads a header and then these lines.
+    int loadLines(const std::string& lines) { return loadText(kHeader + "\n[Port A]\n" + lines); }
+
+    TextFiles files;
+    AllTypes& module;
+};
+
+TEST_F(ConfigFileTest, SavedFileHasTheseBytes) {
+    master().setActivePort(1);
+    module.integers[0] = {
+        {kInteger,    -1        },
+        {kEntry,      7         },
+        {kLongerName, 2147483647}
+    };
+    module.doubles = {1.0 / 3, 1e-20};
+    module.texts = {"a.html", " "};
+    EXPECT_EQ(save("a.mcf"), 0);
+    EXPECT_EQ(lastError(), 0);
+    EXPECT_EQ(files.content("a.mcf"),
+              "[Kamerasektion]\n"
+              "\n"
+              "ConfigFileVersion=2.0;\n"
+              "Hersteller='Generic-CameraLink';\n"
+              "Typ='Quillon8';\n"
+              "Version='1.1';\n"
+              "LoadAppletId=4711;\n"
+              "AktivePort=1;\n"
+              "\n"
+              "[Port A]\n"
+              "FG_INTEGER=-1;\n"
+              "FG_DOUBLE=0.333333333333;\n"
+              "FG_TEXT='a.html';\n"
+              "FG_ENTRY=7;\n"
+              "FG_OTHER of port 0\n"
+              "FG_UNREADABLE=-1;\n"
+              "FG_INTEGERX=2147483647;\n"
+              "\n"
+              "[Port B]\n"
+              "FG_INTEGER=0;\n"
+              "FG_DOUBLE=1e-20;\n"
+              "FG_TEXT=' ';\n"
+              "FG_ENTRY=0;\n"
+              "FG_OTHER of port 1\n"
+              "FG_UNREADABLE=-1;\n"
+              "FG_INTEGERX=0;\n");
+}
+
+TEST_F(ConfigFileTest, LoadBringsSavedValuesBack) {
+    module.integers[0] = {
+        {kInteger,    -5},
+        {kEntry,      7 },
+        {kLongerName, 9 }
+    };
+    module.doubles = {-0.1, 12345.678901};
+    module.texts = {"a.lut", ""};
+    EXPECT_EQ(save("a.mcf"), 0);
+    const auto saved = module.integers;
+    module.integers = {};
+    module.doubles = {};
+    module.texts = {};
+    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
+    for (int id : {kInteger, kEntry, kLongerName}) EXPECT_EQ(module.integers[0][id], saved[0].at(id)) << id;
+    EXPECT_THAT(module.doubles, ElementsAre(-0.1, 12345.678901));
+    EXPECT_THAT(module.texts, ElementsAre("a.lut", ""));
+    EXPECT_THAT(module.loadedKeys, ElementsAre("FG_OTHER 0", "FG_OTHER 1"));
+}
+
+TEST_F(ConfigFileTest, LoadTestsNeitherLimitsNorAccessAndEndsWithAFullUpdate) {
+    module.updatedPorts.clear();
+    EXPECT_EQ(loadText(kHeader + "\n[Port A]\nFG_INTEGER=12345;\n"), 0);
+    EXPECT_EQ(module.integers[0][kInteger], 12345);
+    EXPECT_THAT(module.updatedPorts, ElementsAre(0));
+}
+
+TEST_F(ConfigFileTest, ValuesAreReadByTheseRules) {
+    const struct {
+        const char* lines;
+        int expected;  // 55 where the line must not count
+    } cases[] = {
+        {"FG_INTEGER=5;\n",                5 },
+        {"FG_INTEGER=5",                   5 },
+        {"FG_INTEGER=5;\r\n",              5 },
+        {"FG_INTEGER= -7x;\n",             -7},
+        {"FG_INTEGER=4294967295;\n",       -1},
+        {"FG_INTEGER=;\n",                 0 },
+        {"FG_INTEGER=",                    0 },
+        {"FG_INTEGER=abc;\n",              0 },
+        {"FG_INTEGER='8';\n",              8 },
+        {"FG_INTEGER=3;\nFG_INTEGER=4;\n", 3 },
+        {"\n[Port B]\nFG_INTEGER=6;\n",    6 },
+        {" FG_INTEGER=5;\n",               55},
+        {"FG_INTEGERX=5;\n",               55},
+        {"FG_INTEGER =5;\n",               55},
+        {"FG_INTEGE=5;\n",                 55},
+        {"fg_integer=5;\n",                55},
+        {"FG_INTEGER=5Error;\n",           55},
+        {"",                               55},
+    };
+    for (const auto& [lines, expected] : cases) {
+        module.integers[0][kInteger] = 55;
+        EXPECT_EQ(loadLines(lines), 0);
+        EXPECT_EQ(module.integers[0][kInteger], expected) << lines;
+    }
+}
+
+TEST_F(ConfigFileTest, TextsAreCutAtSeparators) {
+    const struct {
+        const char* line;
+        const char* expected;
+    } cases[] = {
+        {"FG_TEXT='a.html';\n", "a.html"},
+        {"FG_TEXT='';\n",       ""      },
+        {"FG_TEXT=' ';\n",      " "     },
+        {"FG_TEXT='a=b';\n",    "a"     },
+        {"FG_TEXT='a;b';\n",    "a"     },
+        {"FG_TEXT='it's';\n",   "it"    },
+        {"FG_TEXT=Error;\n",    "Error" },
+        {"FG_TEXT=\n",          ""      },
+        {"\n",                  "before"}
+    };
+    for (const auto& [line, expected] : cases) {
+        module.texts[0] = "before";
+        EXPECT_EQ(loadLines(line), 0);
+        EXPECT_EQ(module.texts[0], expected) << line;
+    }
+}
+
+TEST_F(ConfigFileTest, HeadersThatPass) {
+    for (const char* header :
+         {"AktivePort=3;\nHersteller='Generic-CameraLink';\nTyp='Quillon8';\n[Kamerasektion]\n[Port "
+          "A]\nAktivePort=0;\n",
+          "Hersteller\nHersteller=Generic-CameraLink=\nTyp\nTyp=='Quillon8'\n[Kamerasektion]\nAktivePort=x;\n"}) {
+        master().setActivePort(1);
+        EXPECT_EQ(loadText(header), 0) << header;
+        EXPECT_EQ(master().getActivePort(), 0);
+    }
+    master().setCameraType("Quillon8XXL");
+    EXPECT_EQ(loadText(kHeader), 0);
+}
+
+TEST_F(ConfigFileTest, RefusedHeadersChangeNothing) {
+    const auto replaced = [](const std::string& what, const std::string& by) {
+        std::string header = kHeader;
+        return header.replace(header.find(what), what.size(), by) + "[Port A]\nFG_INTEGER=5;\n";
+    };
+    std::string crLf;
+    for (const char c : kHeader) crLf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    master().setActivePort(1);
+    for (const std::string& content :
+         {std::string(), std::string("\0\x01\xff\n=", 5), std::string(10'000'000, '='), crLf,
+          std::string("[Kamerasektion]"), kHeader.substr(0, 60), replaced("Generic-CameraLink", "Other"),
+          replaced("Generic-CameraLink", "generic-cameralink"), replaced("Generic-CameraLink", ""),
+          replaced("Hersteller", "Manufactor"), replaced("Quillon8", "Quillon"), replaced("Quillon8", "Quillon8XXL"),
+          replaced("Typ=", "SubTyp='x';\nTyp="), replaced("Typ=", "Kind="), replaced("AktivePort", " AktivePort"),
+          replaced("AktivePort=0", "AktivePort=Error"), replaced("[Kamerasektion]", "[Kamera]")}) {
+        EXPECT_EQ(loadText(content), FG_FILE_REJECTED) << content.substr(0, 200);
+        EXPECT_EQ(lastError(), FG_FILE_REJECTED);
+    }
+    EXPECT_EQ(master().getActivePort(), 1);
+    EXPECT_EQ(module.integers[0][kInteger], 0);
+    EXPECT_THAT(module.loadedKeys, IsEmpty());
+}
+
+TEST_F(ConfigFileTest, FilesThatCannotBeLoadedOrSaved) {
+    std::filesystem::create_directory(files.path("folder.mcf"));
+    for (const std::string& name : {files.path("none.mcf"), files.make("a.cfg", kHeader), files.path("folder.mcf"),
+                                    files.make("a.MCF", kHeader), std::string(5000, 'x') + ".mcf"}) {
+        EXPECT_EQ(Fg_loadConfig(handle(), name.c_str()), FG_FILE_REJECTED) << name;
+    }
+    EXPECT_EQ(Fg_loadConfig(handle(), nullptr), FG_FILE_REJECTED);
+    for (const std::string& name :
+         {files.path("cfg.txt"), files.path("no/folder.mcf"), files.path("folder.mcf"), files.makeFull("full.mcf")}) {
+        EXPECT_EQ(Fg_saveConfig(handle(), name.c_str()), FG_FILE_NOT_ACCESSIBLE) << name;
+        EXPECT_EQ(lastError(), FG_FILE_NOT_ACCESSIBLE);
+    }
+    EXPECT_EQ(Fg_saveConfig(handle(), nullptr), FG_FILE_NOT_ACCESSIBLE);
+    EXPECT_FALSE(files.exists("cfg.txt"));
+    EXPECT_EQ(save("a.mcf.bak"), 0);
+}
+
+TEST_F(ConfigFileTest, ActivePortsThatDoNotExistAreHarmless) {
+    add<PSKneeLut>();
+    for (const int port : {7, -3, 2147483647}) {
+        const std::string header = kHeader.substr(0, kHeader.find("AktivePort="));
+        EXPECT_EQ(loadText(header + "AktivePort=" + std::to_string(port) + ";\n[Port A]\nFG_INTEGER=5;\n"), 0);
+        EXPECT_EQ(master().getActivePort(), port);
+        EXPECT_EQ(module.integers[0][kInteger], 5);
+    }
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
+TEST_F(ConfigFileTest, BinaryRubbishBehindAGoodHeaderIsSkipped) {
+    std::string rubbish;
+    for (int i = 0; i < 100000; ++i) rubbish += static_cast<char>(i * 7919 >> 3);
+    EXPECT_EQ(loadLines(rubbish + "\nFG_INTEGER=5;\n" + std::string(1'000'000, 'F')), 0);
+    EXPECT_EQ(module.integers[0][kInteger], 5);
+}
+
+TEST_F(ConfigFileTest, MediumConfigurationLoadsOnlyStructuresOfPortB) {
+    master().setIsMedium(true);
+    EXPECT_EQ(loadText(kHeader + "\n[Port B]\nFG_INTEGER=5;\n"), 0);
+    EXPECT_EQ(module.integers[0][kInteger], 0);
+    EXPECT_EQ(module.integers[1][kInteger], 0);
+    EXPECT_THAT(module.loadedKeys, ElementsAre("FG_OTHER 0", "FG_OTHER 1"));
+    EXPECT_EQ(lastError(), 0);
+}
+
+TEST_F(ConfigFileTest, FilesDoNotFollowTheLocale) {
+    module.doubles = {0.1, -2.5};
+    {
+        const DecimalCommaLocale comma;
+        ASSERT_TRUE(comma.isActive());
+        EXPECT_EQ(save("a.mcf"), 0);
+    }
+    EXPECT_NE(files.content("a.mcf").find("FG_DOUBLE=0.1;\n"), std::string::npos);
+    module.doubles = {};
+    const DecimalCommaLocale comma;
+    ASSERT_TRUE(comma.isActive());
+    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
+    EXPECT_THAT(module.doubles, ElementsAre(0.1, -2.5));
+}
+
+TEST_F(ConfigFileTest, WindowAndKneeCurvesComeBackAndTheActivePortEndsInHardware) {
+    add<PSWindow>(65536, 1024, 1024, 16);
+    PSKneeLut& knee = add<PSKneeLut>();
+    std::vector<double> level(1025, 0.25);
+    KneeLookupTable_s curve{};
+    curve.value = level.data();
+    curve.nrOfElements = 1025;
+    ASSERT_EQ(load(FG_KNEE_LUT, curve), 0);
+    ASSERT_EQ(set(FG_KNEE_LUT_GAMMA, 0.5), 0);
+    ASSERT_EQ(set(FG_KNEE_LUT_INVERT, 1, 1), 0);
+    ASSERT_EQ(set(FG_HEIGHT, 300), 0);
+    ASSERT_EQ(set(FG_HEIGHT, 400, 1), 0);
+    EXPECT_EQ(save("a.mcf"), 0);
+    const std::string content = files.content("a.mcf");
+    EXPECT_NE(content.find("FG_HEIGHT=300;\n"), std::string::npos);
+    EXPECT_NE(content.find("FG_KNEE_LUT_FILE=' ';\n"), std::string::npos);
+    EXPECT_NE(content.find("FG_KNEE_LUT0=0.250000000000, 0.250000000000, "), std::string::npos);
+    EXPECT_EQ(content.find("FG_KNEE_LUT_SAVE_LOAD_FILE"), std::string::npos);
+
+    ASSERT_EQ(load(FG_KNEE_LUT, *knee.getLut(1, 0)), 0);
+    for (const int port : {0, 1}) {
+        ASSERT_EQ(set(FG_KNEE_LUT_GAMMA, 3.0, port), 0);
+        ASSERT_EQ(set(FG_KNEE_LUT_INVERT, 0, port), 0);
+        ASSERT_EQ(set(FG_HEIGHT, 77, port), 0);
+    }
+    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
+    EXPECT_EQ(get<double>(FG_KNEE_LUT_GAMMA), 0.5);
+    EXPECT_EQ(get<double>(FG_KNEE_LUT_GAMMA, 1), 1.0);
+    EXPECT_EQ(get(FG_KNEE_LUT_INVERT, 1), 1);
+    EXPECT_EQ(get(FG_HEIGHT, 1), 400);
+    EXPECT_EQ(knee.getLut(0, 0)->value[1000], 0.25);
+    EXPECT_EQ(knee.getLut(1, 0)->value[512], 0.5);
+    EXPECT_EQ(board.value("AAAreaHeight"), 299u);
+    EXPECT_EQ(board.value("AAKneeLutStart"), 4096u);
+}
+
+// ---- A whole grabber
+
+class ConfiguredGrabberTest : public GrabberTest {
+protected:
+    std::map<std::string, uint64_t> registerValues() {
+        std::map<std::string, uint64_t> values;
+        for (const FakeBoard::Register& reg : board.registers) values[reg.name] = reg.value;
+        return values;
+    }
+    TextFiles files;
+};
+
+TEST_F(ConfiguredGrabberTest, NewGrabberComesToTheStateOfTheFile) {
+    const std::string path = files.path("state.mcf");
+    ASSERT_EQ(open(), 0);
+    for (const auto& [id, value] : {
+             std::pair{FG_WIDTH,   512},
+             {FG_HEIGHT,  300},
+             {FG_XOFFSET, 64 },
+             {FG_YOFFSET, 5  }
+    }) {
+        EXPECT_EQ(set(id, value), 0);
+    }
+    EXPECT_EQ(set(FG_TIMEOUT, 12), 0);
+    EXPECT_EQ(Fg_saveConfig(handle(), path.c_str()), 0);
+    const auto written = registerValues();
+    free();
+    for (FakeBoard::Register& reg : board.registers) reg.value = 0;
+
+    ASSERT_EQ(open(), 0);
+    EXPECT_NE(registerValues(), written);
+    EXPECT_EQ(Fg_loadConfig(handle(), path.c_str()), 0);
+    EXPECT_EQ(registerValues(), written);
+    EXPECT_EQ(get(FG_YOFFSET), 5);
+    EXPECT_EQ(Fg_saveConfig(handle(), files.path("again.mcf").c_str()), 0);
+    EXPECT_EQ(files.content("again.mcf"), files.content("state.mcf"));
+}
+
+}  // namespace

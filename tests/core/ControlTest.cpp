@@ -1,0 +1,398 @@
+#include <cstring>
+
+#include "StandardApplets/grabber_basis/PSFx4/PSControl.h"
+#include "tests/core/GrabberTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The control module alone, published on both ports.
+class ControlTest : public ModuleTest {
+protected:
+    ControlTest() { publish(true); }
+    void publish(bool updateDefault) {
+        for (unsigned port : {0u, 1u}) control().addStandardPS(port, updateDefault);
+        board.clearEvents();
+    }
+    RSControl& control() { return *master().getController(); }
+    /// \return what a text query answers
+    std::string query(int id, const std::string& name, int expected = 0) {
+        char buffer[1100];
+        std::memset(buffer, '#', sizeof buffer);
+        std::memcpy(buffer, name.c_str(), name.size() + 1);
+        EXPECT_EQ(Fg_getParameterWithType(handle(), id, buffer, 0, FG_PARAM_TYPE_CHAR_PTR), expected);
+        EXPECT_EQ(buffer[1024], '#') << "written beyond 1024 bytes";
+        return buffer;
+    }
+};
+
+struct Published {
+    int id;
+    const char *name, *displayName, *unit, *description;
+    int access, range, visibility, inFiles;
+};
+
+const Published kPublished[] = {
+    {600,   "FG_TIMEOUT",            "Timeout",                 "[s]",   "Framegrabber image timeout.",                 7, 1, 1, 1},
+    {24110, "FG_GLOBAL_ACCESS",      "Global Access Attribute", "",      "Attribute for all the parameters.",           7, 1, 1, 1},
+    {24104, "FG_FPGA_CLK",           "FPGA Clock",              "[MHz]",
+     "Returns the frequency of the FPGA Clock. This frequency can not be changed.",                                     1, 1, 1, 0},
+    {24102, "FG_PLX_CLK",            "PCI Clock",               "[MHz]", "The frequency of the PCIe Clock.",            1, 1, 1, 0},
+    {24103, "FG_MEASURED_PCIE_CLK",  "Measured PCIe Frequency", "[MHz]",
+     "Returns a measured value of the PCIe Bus frequency.",                                                             1, 1, 1, 0},
+    {24112, "FG_DOC_URL",            "Doc URL",                 "",      "Relative path to the module documentation.",  1, 1, 0, 0},
+    {24114, "FG_PARAM_DESCR",        "Parameter Description",   "",      "Return a short parameter description.",       1, 1, 0, 0},
+    {3000,  "FG_PORT",               "Active Port",             "[A,B]", "Framegrabber active port.",                   7, 1, 0, 1},
+    {5210,  "FG_TRANSFER_LEN",       "Transfer Lenght",         "",      "DMA Transfer Length.",                        1, 1, 0, 0},
+    {2000,  "FG_CAMSTATUS",          "Camera Status",           "",      "Camera Status.",                              1, 1, 1, 0},
+    {2100,  "FG_TWOCAMMODEL",        "Is Two Cam",              "",      "Is a Dual Applet.",                           1, 1, 0, 0},
+    {4020,  "FG_LINEALIGNMENT",      "Line Alignment",          "",      "Line Alignment.",                             1, 1, 0, 0},
+    {2050,  "FG_CAMSTATUS_EXTENDED", "Camera Status Ext.",      "",      "Camera Status Extended.",                     1, 1, 0, 0},
+    {24092, "FG_DMASTATUS",          "DMA Status",              "",      "Returns the status of the DMA transmission.", 1, 1, 1, 0},
+    {99,    "FG_REVNR",              "Revision",                "",      "Software revision number.",                   1, 1, 0, 0},
+    {22000, "FG_IMAGE_TAG",          "Image Tag",               "",      "Image Tag.",                                  1, 1, 0, 0},
+    {22020, "FG_TIMESTAMP",          "Time Stamp",              "",      "Time Stamp.",                                 1, 1, 0, 0},
+    {22030, "FG_TIMESTAMP_LONG",     "Time Stamp 64",           "",      "Time Stamp Long.",                            1, 1, 0, 0},
+    {24010, "FG_APPLET_ID",          "Applet ID",               "",      "Returns the Applet ID.",                      1, 1, 1, 0},
+    {24020, "FG_APPLET_VERSION",     "Applet Version",          "",      "Returns the Applet Version.",                 1, 1, 1, 0},
+    {24030, "FG_APPLET_REVISION",    "Applet Revision",         "",      "Returns the Applet Revision.",                1, 1, 1, 0},
+    {24115, "FG_REG_VALUE_STRING",   "Reg. value as a string",  "",
+     "Return the reg value as a string (only possible in debug version).",                                              1, 1, 0, 0},
+};
+
+TEST_F(ControlTest, ParametersFlagsAndGroupAreTheDocumentedOnes) {
+    for (const int port : {0, 1}) {
+        const auto p = static_cast<unsigned>(port);
+        const RegisterInfo* group = master().getHeader()->getRegisterInfo(port);
+        ASSERT_NE(group, nullptr);
+        EXPECT_STREQ(group->name, "Miscellaneous");
+        EXPECT_EQ(group->next, nullptr);
+        ASSERT_EQ(group->u.gReg.nrOfElements, 22);
+        int index = 0;
+        for (const Published& row : kPublished) {
+            SCOPED_TRACE(row.name);
+            const Fx3Parameter& known = record(row.id);
+            EXPECT_EQ(known.description.defineName, row.name);
+            EXPECT_EQ(known.description.parameterName, row.displayName);
+            EXPECT_EQ(known.description.unit.value_or(""), row.unit);
+            EXPECT_EQ(known.description.docDescription, row.description);
+            EXPECT_EQ(known.access.accessFlag[p], row.access);
+            EXPECT_EQ(known.access.rangeFlag[p], row.range);
+            EXPECT_EQ(known.access.visibilityFlag[p], row.visibility);
+            EXPECT_EQ(known.access.writeToConfigFile[p], row.inFiles);
+            EXPECT_EQ(group->u.gReg.elements[index]->id, row.id);
+            EXPECT_EQ(group->u.gReg.elements[index++]->accessFlags, row.access);
+        }
+    }
+    EXPECT_EQ(Fg_getNrOfParameter(handle()), 23);
+    EXPECT_STREQ(control().getDocModuleURL(3000), "feature_blocks/PSMisc/FB_Miscellaneous.html");
+}
+
+TEST_F(ControlTest, LimitsAndDefaultsAreTheDocumentedOnes) {
+    for (const int port : {0, 1}) {
+        const auto p = static_cast<unsigned>(port);
+        const Fx3INTData& timeout = *record(FG_TIMEOUT).data.intData;
+        EXPECT_EQ(timeout.from[p], 2);
+        EXPECT_EQ(timeout.to[p], 2147483646);
+        EXPECT_EQ(timeout.step[p], 1);
+        EXPECT_EQ(get(FG_TIMEOUT, port), 1000000);
+        EXPECT_EQ(minimum(FG_PORT, port), 0);
+        EXPECT_EQ(maximum(FG_PORT, port), 1);
+        EXPECT_EQ(minimum(FG_GLOBAL_ACCESS, port), 0);
+        EXPECT_EQ(maximum(FG_GLOBAL_ACCESS, port), 7);
+        const std::pair<int, double> clocks[] = {
+            {FG_PLX_CLK,           100.0},
+            {FG_FPGA_CLK,          400.0},
+            {FG_MEASURED_PCIE_CLK, 0.0  }
+        };
+        for (const auto& [id, defaultValue] : clocks) {
+            const Fx3DOUBLEData& limits = *record(id).data.doubleData;
+            EXPECT_EQ(limits.to[p], 1024.0);
+            EXPECT_EQ(limits.step[p], 2.0);
+            EXPECT_EQ(limits.defaultValue[p], defaultValue);
+        }
+        for (const int id : {5210, 2000, 2100, 4020, 2050, 22000, 22020, 22030, 24010, 24020, 24030, 24092, 601}) {
+            EXPECT_EQ(minimum(id, port), 0) << id;
+            EXPECT_EQ(maximum(id, port), 0) << id;
+        }
+        EXPECT_EQ(maximum<double>(FG_REVNR, port), 0.0);
+        EXPECT_EQ(record(FG_DOC_URL).data.stringData->extension[p], "*.html");
+        EXPECT_EQ(record(FG_PARAM_DESCR).data.stringData->extension[p], std::nullopt);
+    }
+    const Fx3ENUMData& entries = *record(FG_GLOBAL_ACCESS).data.enumData;
+    EXPECT_THAT(entries.valueIdTable[0], ElementsAre(0, 1, 3, 7));
+    EXPECT_THAT(entries.valueNameTable[0], ElementsAre("Auto", "Read", "Read Write", "Read Write Change"));
+    EXPECT_THAT(entries.valueDefNameTable[1], ElementsAre("NONE", "RO", "RW", "RW_Change"));
+}
+
+TEST_F(ControlTest, IdentityAndClocksReadAsTheyAre) {
+    mFabrixBoard->setAppletID(172032096);
+    mFabrixBoard->setAppletVersion(1);
+    mFabrixBoard->setAppletRevision(2);
+    master().setLineAlignment(32);
+    EXPECT_EQ(get(FG_APPLET_ID), 172032096);
+    EXPECT_EQ(get(FG_APPLET_VERSION), 1);
+    EXPECT_EQ(get(FG_APPLET_REVISION), 2);
+    EXPECT_EQ(get(FG_LINEALIGNMENT), 32);
+    EXPECT_EQ(get(FG_TWOCAMMODEL), 0);
+    EXPECT_EQ(get<double>(FG_REVNR), 3.008);
+    EXPECT_EQ(get<double>(FG_FPGA_CLK), 250.0);
+    EXPECT_EQ(get(FG_DMASTATUS), 0);
+    master().getImageControl()->setImageDMATransferActive(0, true);
+    EXPECT_EQ(get(FG_DMASTATUS, 0), 1);
+    EXPECT_EQ(get(FG_DMASTATUS, 1), 0);
+}
+
+TEST_F(ControlTest, PublishedValuesWithoutReaderAreRefused) {
+    int64_t value = 99;
+    for (const int id : {FG_TRANSFER_LEN, FG_IMAGE_TAG, FG_TIMESTAMP, FG_TIMESTAMP_LONG, FG_APC_STOP_TIMEOUT}) {
+        EXPECT_EQ(Fg_getParameterWithType(handle(), id, &value, 0, FG_PARAM_TYPE_AUTO), -2070) << id;
+    }
+    EXPECT_EQ(value, 99);
+}
+
+TEST_F(ControlTest, StopTimeoutHasNeitherLimitsNorFlags) {
+    EXPECT_EQ(access(601), 3);
+    EXPECT_EQ(record(601).description.docDescription, "");
+    EXPECT_EQ(record(601).description.group[0], nullptr);
+    EXPECT_EQ(set(601, 1), -6000);
+    EXPECT_EQ(set(601, 0), -2070);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 1), 0);
+    EXPECT_EQ(access(601), 3);
+}
+
+TEST_F(ControlTest, ActivePortIsStoredAndSelected) {
+    EXPECT_EQ(set(FG_PORT, 0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AACamSelect 0", "AACamSelect 0"));
+    board.clearEvents();
+    EXPECT_EQ(set(FG_PORT, 1), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AACamSelect 1"));
+    EXPECT_EQ(get(FG_PORT, 0), 1);
+    EXPECT_EQ(get(FG_PORT, 1), 1);
+    EXPECT_EQ(set(FG_PORT, 2), -6000);
+    EXPECT_EQ(set(FG_PORT, -1), -6000);
+    board.failWrite("AACamSelect", -44);
+    EXPECT_EQ(set(FG_PORT, 0), -44);
+    EXPECT_EQ(get(FG_PORT), 0);
+}
+
+TEST_F(ControlTest, ActivePortOfAFileIsStoredUncheckedAndHarmless) {
+    EXPECT_EQ(load(FG_PORT, 7), 0);
+    EXPECT_EQ(get(FG_PORT), 7);
+    EXPECT_EQ(load(FG_PORT, -3), 0);
+    EXPECT_EQ(board.value("AACamSelect"), 18446744073709551613U);
+    EXPECT_EQ(Fg_AcquireEx(handle(), 0, 1, 1, FakeBoard::memory()), 0);
+    EXPECT_EQ(get(FG_PORT), 0);
+}
+
+TEST_F(ControlTest, TimeoutIsKeptForEachPort) {
+    EXPECT_EQ(set(FG_TIMEOUT, 5, 1), 0);
+    EXPECT_EQ(get(FG_TIMEOUT, 0), 1000000);
+    EXPECT_EQ(get(FG_TIMEOUT, 1), 5);
+    EXPECT_EQ(set(FG_TIMEOUT, 1), -6000);
+    EXPECT_EQ(set(FG_TIMEOUT, 2147483647), -6000);
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
+TEST_F(ControlTest, GlobalAccessOverridesAllButItself) {
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 2), -6000);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 1), 0);
+    for (const int port : {0, 1}) {
+        EXPECT_EQ(access(FG_TIMEOUT, port), 1);
+        EXPECT_EQ(access(FG_GLOBAL_ACCESS, port), 7);
+    }
+    EXPECT_EQ(set(FG_TIMEOUT, 5), -8010);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 7), 0);
+    EXPECT_EQ(access(FG_APPLET_ID), 7);
+    EXPECT_EQ(set(FG_APPLET_ID, 0), -2070);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 0), 0);
+    EXPECT_EQ(access(FG_TIMEOUT), 7);
+    EXPECT_EQ(access(FG_APPLET_ID), 1);
+    EXPECT_EQ(set(FG_APPLET_ID, 0), -8010);
+}
+
+TEST_F(ControlTest, CameraStatusCombinesTheConnectors) {
+    struct Case {
+        bool medium, full;
+        int e0, e1, e2;
+        unsigned buffer;
+        int status, extended;
+    };
+    const Case cases[] = {
+        {true,  true,  7,     7,      0,   0,   1, 7              },
+        {true,  true,  7,     6,      7,   0,   0, 6              },
+        {true,  false, 7 + 8, 7 + 16, 0,   32,  1, 7 + 8 + 16 + 32},
+        {true,  true,  64,    128,    0,   0,   0, 128            }, // the larger of the two, not both
+        {true,  true,  192,   64,     0,   0,   0, 192            },
+        {true,  true,  0,     7,      0,   7,   0, 7              }, // the buffer status counts for connector 0, too
+        {false, true,  7,     7,      5,   0,   1, 5              },
+        {false, true,  7,     7,      0,   0,   0, 0              },
+        {false, true,  8,     64,     255, 0,   0, 72             },
+        {false, false, 255,   0,      0,   256, 1, 511            },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        master().setIsMedium(c.medium);
+        master().setIsFull(c.full);
+        board.cameraStatus = {
+            {0u, c.e0},
+            {1u, c.e1},
+            {2u, c.e2}
+        };
+        board.setValue("AABufferStatus", c.buffer);
+        EXPECT_EQ(get(FG_CAMSTATUS), c.status);
+        EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED), c.extended);
+        EXPECT_EQ(get(FG_CAMSTATUS, 1), 0);
+        EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED, 1), 0);
+    }
+}
+
+TEST_F(ControlTest, FailingStatusReadsCountAsTheirBits) {
+    board.cameraStatus = {
+        {0u, -6}
+    };
+    EXPECT_EQ(get(FG_CAMSTATUS), 0);
+    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED), -6);
+    board.cameraStatus = {
+        {0u, 0}
+    };
+    board.readFailures["AABufferStatus"] = -1;
+    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED), -1);
+    EXPECT_EQ(control().getBufferStatus(0), 4294967295U);
+    EXPECT_EQ(control().getBufferStatus(2), 0U);
+}
+
+TEST_F(ControlTest, ClockIsMeasuredOnceByTheDocumentedSteps) {
+    EXPECT_THAT(board.eventsOf("write AAFreqCount"), IsEmpty());
+    board.setValue("AAFreqCount", 0xF0000000FU);
+    board.setValue("AAFreqCount", 0x100000000U + 15625000U);
+    const double measured = get<double>(FG_PLX_CLK);
+    EXPECT_THAT(board.events, ElementsAre("write AAFreqCountCtrl 1", "write AAFreqCountCtrl 2",
+                                          "write AAFreqCountCtrl 0", "read AAFreqCount"));
+    // 15625000 counts in 100000 us and a little more, times 1.6 / 1000000.
+    EXPECT_LE(measured, 0.00025);
+    EXPECT_GT(measured, 0.0001);
+    board.clearEvents();
+    EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), measured);
+    EXPECT_EQ(get<double>(FG_PLX_CLK, 1), measured);
+    EXPECT_THAT(board.events, IsEmpty());
+}
+
+TEST_F(ControlTest, MeasurementOfZeroIsRepeated) {
+    EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), 0.0);
+    board.clearEvents();
+    EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), 0.0);
+    EXPECT_EQ(board.eventsOf("read AAFreqCount").size(), 1U);
+}
+
+TEST_F(ControlTest, TextQueriesAnswerInTheCallersMemory) {
+    EXPECT_EQ(query(FG_DOC_URL, "FG_PORT"), "feature_blocks/PSMisc/FB_Miscellaneous.html");
+    EXPECT_EQ(query(FG_DOC_URL, "FG_NOTHING"), "FG_NOTHING");
+    EXPECT_EQ(query(FG_DOC_URL, ""), "");
+    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_PORT"), "Framegrabber active port.");
+    EXPECT_EQ(query(FG_PARAM_DESCR, "fg_port"), "fg_port");
+    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_APC_STOP_TIMEOUT"), "FG_APC_STOP_TIMEOUT");
+    record(FG_PORT).setDescr(std::string(5000, 'd').c_str());
+    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_PORT"), std::string(1023, 'd'));
+    const std::string longName(600, 'n');
+    EXPECT_EQ(query(FG_DOC_URL, longName), longName);
+}
+
+TEST_F(ControlTest, RegisterQueryShowsNameAndValue) {
+    board.setValue("AAReset", 10);
+    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= 10 (0xa)");
+    board.setValue("AAReset", ~uint64_t{0} - 1);
+    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= -2 (0xfffffffffffffffe)");
+    board.readFailures["AAReset"] = -1;
+    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= -1 (0xffffffffffffffff)");
+    EXPECT_EQ(query(FG_REG_VALUE_STRING, "NoSuchRegister"), "NoSuchRegister");
+    const std::string longest(511, 'R');
+    board.registers.push_back({longest, 8, 1, 5});
+    EXPECT_EQ(query(FG_REG_VALUE_STRING, longest), longest + "= 5 (0x5)");
+}
+
+TEST_F(ControlTest, ResetPulseAndGlobalWorkReadTheStatusAfterEachWrite) {
+    EXPECT_EQ(control().writeReset(0), 0);
+    EXPECT_THAT(board.events, ElementsAre("write AAReset 1", "status 0", "write AAReset 1", "status 0",
+                                          "write AAReset 1", "status 0", "write AAReset 1", "status 0",
+                                          "write AAReset 1", "status 0", "write AAReset 0", "status 0"));
+    board.clearEvents();
+    EXPECT_EQ(control().writeEnableDisableGlobalwork(1, true), 0);
+    EXPECT_EQ(control().enableSDRAM(1), 0);
+    EXPECT_THAT(board.events, ElementsAre("write AAglobal_work 1", "status 0", "write AASdramEnable 1"));
+    board.clearEvents();
+    board.failWrite("AAReset", -10);
+    EXPECT_EQ(control().writeReset(1), -60);
+    EXPECT_EQ(board.events.size(), 12U);
+}
+
+TEST_F(ControlTest, UpdateWritesTheSelectorForItsIdentifiersOnly) {
+    master().setActivePort(1);
+    EXPECT_EQ(control().updateParameter(0, 3000), 0);
+    EXPECT_EQ(control().updateParameter(1, 6300), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AACamSelect 1", "AACamSelect 1"));
+    EXPECT_EQ(control().updateParameter(0, 600), 0);
+    EXPECT_EQ(control().updateParameter(0, 24110), 0);
+    EXPECT_EQ(control().updateParameter(0, 24010), -1);
+    EXPECT_EQ(control().updateAllParameters(0), 0);
+    EXPECT_EQ(board.writes().size(), 2U);
+}
+
+TEST_F(ControlTest, PortsThatDoNotExistTouchNothing) {
+    for (const unsigned port : {2U, 2147483647U, 4294967295U}) {
+        int value = 1;
+        EXPECT_EQ(control().writeReset(port), -61);
+        EXPECT_EQ(control().writeRegisterReset(port, 1), -61);
+        EXPECT_EQ(control().writeEnableDisableGlobalwork(port, true), -61);
+        EXPECT_EQ(control().enableSDRAM(port), -61);
+        EXPECT_EQ(control().updateParameter(port, FG_PORT), -61);
+        EXPECT_EQ(control().getParamFromRs(FG_TIMEOUT, &value, port), -61);
+        EXPECT_EQ(control().setParamToRs(FG_PORT, &value, port), -61);
+    }
+    EXPECT_EQ(get(FG_PORT), 0);
+    EXPECT_THAT(board.events, IsEmpty());
+}
+
+using ControlRegisterTest = ModuleTest;
+
+TEST_F(ControlRegisterTest, MissingBufferStatusIsNoFailure) {
+    board.removeRegister("AABufferStatus");
+    board.removeRegister("AACamSelect");
+    RSControl& control = *master().getController();
+    control.makeRegistersNull();
+    control.initRegisters();
+    EXPECT_EQ(control.getRegisterInitSuccess(), -7040);
+    EXPECT_EQ(control.getBufferStatus(0), 0U);
+    EXPECT_EQ(control.updateParameter(0, FG_PORT), 0);
+    EXPECT_THAT(board.writes(), IsEmpty());
+    board.registers.push_back({"AACamSelect", 1, 1});
+    control.makeRegistersNull();
+    control.initRegisters();
+    EXPECT_EQ(control.getRegisterInitSuccess(), 0);
+}
+
+TEST_F(ControlRegisterTest, TwoCameraDesignHasRegistersForEachPort) {
+    for (const char* name : {"ABSdramEnable", "ABglobal_work", "ABReset"}) board.registers.push_back({name, 1, 1});
+    mFabrixBoard->setIsDualDesign(true);
+    RSControl& control = *master().getController();
+    control.initRegisters();
+    EXPECT_EQ(control.getRegisterInitSuccess(), 0);
+    board.clearEvents();
+    EXPECT_EQ(control.writeRegisterReset(1, 3), 0);
+    EXPECT_EQ(control.writeEnableDisableGlobalwork(1, false), 0);
+    EXPECT_EQ(control.enableSDRAM(1), 0);
+    EXPECT_EQ(control.updateParameter(1, FG_PORT), 0);
+    EXPECT_EQ(control.getBufferStatus(1), 0U);
+    EXPECT_THAT(board.events, ElementsAre("write ABReset 3", "status 0", "write ABglobal_work 0", "status 0",
+                                          "write ABSdramEnable 1", "write AACamSelect 0"));
+    board.cameraStatus = {
+        {1u, 5}
+    };
+    EXPECT_EQ(get(FG_CAMSTATUS, 1), 1);
+    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED, 1), 5);
+    EXPECT_EQ(get(FG_TWOCAMMODEL), 1);
+}
+
+}  // namespace

@@ -1,0 +1,229 @@
+// Test-image generator: RSGenerator and PSGenerator.
+#include <cmath>
+#include <limits>
+
+#include "StandardApplets/grabber_basis/PSFx4/PSGenerator.h"
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ParameterText.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::StrEq;
+
+constexpr int kSixteenPixelsAClock = 30;
+
+class GeneratorTest : public ModuleTest {
+protected:
+    PSGenerator& addModule() {
+        master().setIsMedium(true);
+        master().setCameraCategory(kSixteenPixelsAClock, 0);
+        PSGenerator& module = add<PSGenerator>();
+        board.clearEvents();
+        return module;
+    }
+    PSGenerator& addModule(int patternBits) {
+        board.setWidth("AAGenActive", patternBits);
+        board.setWidth("AAGenPassive", patternBits);
+        return addModule();
+    }
+};
+
+TEST_F(GeneratorTest, IsPublishedAsHostsKnowIt) {
+    PSGenerator& module = addModule();
+    const std::vector<std::string> expected{
+        ("FG_GEN_ENABLE | Image source | - | 7 1 1 1 | enum [Camport]0=FG_CAMPORT [Generator]1=FG_GENERATOR default 0"
+         " | Use internal frame generator or CameraLink input."),
+        "FG_GEN_PASSIVE | Passive | - | 1 1 1 1 | int 0..65535 step 1 default 21 | ",
+        "FG_GEN_ACTIVE | Active | - | 1 1 1 1 | int 0..65535 step 1 default 4 | ",
+        "FG_GEN_WIDTH | Width | [pixel] | 7 1 1 1 | int 0..65535 step 1 default 1024 | ",
+        "FG_GEN_LINE_WIDTH | Line width | [pixel] | 1 1 1 1 | int 0..65535 step 1 default 1756 | ",
+        "FG_GEN_HEIGHT | Height | [line] | 7 1 1 1 | int 0..65535 step 1 default 1024 | ",
+        "FG_GEN_LINE_GAP | Line Gap | [pixel] | 7 1 1 1 | int 0..65535 step 1 default 4 | ",
+        "FG_GEN_FREQ | Frequency | [Mhz] | 7 1 1 1 | double 3..125 step 1 default 40 | Frequency of frame generator.",
+        "FG_GEN_ACCURACY | Accuracy | - | 7 1 1 1 | int 2..255 step 1 default 25 | ",
+        "FG_GEN_TAP1 | Tap 1 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
+        "FG_GEN_TAP2 | Tap 2 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
+        "FG_GEN_TAP3 | Tap 3 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
+        "FG_GEN_TAP4 | Tap 4 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
+        "FG_GEN_ROLL | Roll | - | 7 1 1 1 | int 0..255 step 1 default 0 | Static or changing frames.",
+        "FG_GEN_START | Image start | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
+    };
+    for (unsigned port : {0u, 1u}) {
+        std::vector<std::string> published;
+        for (int id = 30099; id <= 30113; ++id) published.push_back(parameterText(record(id), port));
+        EXPECT_THAT(published, ElementsAreArray(expected));
+        EXPECT_THAT(groupTexts(master().getHeader()->getRegisterInfo(static_cast<int>(port))),
+                    ElementsAre("Generator: 30099 30113 30102 30104 30105 30106 30107 30108 30109 30110 30111 30112 "
+                                "30101 30100 30103"));
+    }
+    EXPECT_THAT(module.getDocModuleURL(1), StrEq("feature_blocks/PSGenerator/FB_Generator.html"));
+}
+
+TEST_F(GeneratorTest, FullUpdateWritesTheDefaults) {
+    PSGenerator& module = addModule();
+    for (unsigned port : {1u, 0u}) {
+        board.clearEvents();
+        EXPECT_EQ(module.updateAllParameters(port), 0);
+        EXPECT_THAT(board.writes(),
+                    ElementsAre("AAGenWidth 128", "AAGenLineWidth 128", "AAGenHeight 1023", "AAGenWidth 128",
+                                "AAGenLineWidth 128", "AAGenPassive 17", "AAGenActive 8", "AAGenPassive 17",
+                                "AAGenActive 8", "AAGenMask 15", "AAGenRoll 0", "AAGenEnable 0", "AAGenStart 1"));
+    }
+}
+
+TEST_F(GeneratorTest, EachParameterWritesItsRegisters) {
+    addModule();
+    const struct {
+        int id;
+        int value;
+        std::vector<std::string> writes;
+    } rows[] = {
+        {FG_GEN_ENABLE,   1,     {"AAGenEnable 1"}                        },
+        {FG_GEN_WIDTH,    4096,  {"AAGenWidth 512", "AAGenLineWidth 512"} },
+        {FG_GEN_LINE_GAP, 65535, {"AAGenWidth 512", "AAGenLineWidth 8703"}},
+        {FG_GEN_WIDTH,    0,     {"AAGenWidth 0", "AAGenLineWidth 8191"}  },
+        {FG_GEN_HEIGHT,   65535, {"AAGenHeight 65534"}                    },
+        {FG_GEN_HEIGHT,   0,     {"AAGenHeight 4294967295"}               },
+        {FG_GEN_TAP3,     0,     {"AAGenMask 11"}                         },
+        {FG_GEN_TAP1,     0,     {"AAGenMask 10"}                         },
+        {FG_GEN_TAP4,     0,     {"AAGenMask 2"}                          },
+        {FG_GEN_TAP3,     1,     {"AAGenMask 6"}                          },
+        {FG_GEN_TAP2,     0,     {"AAGenMask 4"}                          },
+        {FG_GEN_ROLL,     255,   {"AAGenRoll 255"}                        },
+        {FG_GEN_START,    0,     {"AAGenStart 0"}                         },
+        {FG_GEN_ACCURACY, 50,    {"AAGenPassive 34", "AAGenActive 16"}    },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.id << " = " << row.value);
+        board.clearEvents();
+        EXPECT_EQ(set(row.id, row.value), 0);
+        EXPECT_THAT(board.writes(), ElementsAreArray(row.writes));
+        EXPECT_EQ(get(row.id), row.value);
+    }
+    EXPECT_EQ(get(FG_GEN_LINE_WIDTH), 65535);
+    EXPECT_EQ(get(FG_GEN_ACTIVE), 16);
+    EXPECT_EQ(get(FG_GEN_PASSIVE), 34);
+}
+
+TEST_F(GeneratorTest, FrequencyReadsAsTheOneThatThePatternGives) {
+    addModule();
+    EXPECT_EQ(get<double>(FG_GEN_FREQ), 40.0);
+    EXPECT_EQ(set(FG_GEN_FREQ, 33.0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAGenPassive 18", "AAGenActive 7"));
+    EXPECT_EQ(get<double>(FG_GEN_FREQ), 35.0);
+    // The requested 33 MHz, not the 35 MHz in use, decides the next pattern and the shortest one.
+    EXPECT_EQ(set(FG_GEN_ACCURACY, 125), 0);
+    EXPECT_EQ(get<double>(FG_GEN_FREQ), 33.0);
+    EXPECT_EQ(set(FG_GEN_FREQ, 31.0), 0);
+    EXPECT_EQ(minimum(FG_GEN_ACCURACY), 3);
+    EXPECT_EQ(set(FG_GEN_FREQ, 125.0), 0);
+    EXPECT_THAT(board.value("AAGenPassive"), 0u);
+    EXPECT_EQ(get<double>(FG_GEN_FREQ), 125.0);
+}
+
+TEST_F(GeneratorTest, FrequencyAndAccuracyBoundEachOther) {
+    addModule();
+    EXPECT_EQ(minimum<double>(FG_GEN_FREQ), 3.0);
+    EXPECT_EQ(set(FG_GEN_FREQ, 1.0), -6000);
+    EXPECT_EQ(set(FG_GEN_FREQ, 125.5), -6000);
+    EXPECT_EQ(set(FG_GEN_FREQ, std::nan("")), -6000);
+    EXPECT_EQ(set(FG_GEN_ACCURACY, 256), -6000);
+    EXPECT_EQ(set(FG_GEN_ACCURACY, 1), -6000);
+    EXPECT_THAT(board.writes(), IsEmpty());
+    EXPECT_EQ(set(FG_GEN_ACCURACY, 50), 0);
+    EXPECT_EQ(minimum<double>(FG_GEN_FREQ), 2.0);
+    EXPECT_EQ(maximum<double>(FG_GEN_FREQ), 125.0);
+    EXPECT_EQ(set(FG_GEN_FREQ, 3.0), 0);
+    EXPECT_EQ(minimum(FG_GEN_ACCURACY), 21);
+}
+
+TEST_F(GeneratorTest, WhatNoPatternGivesIsRefusedAndChangesNothing) {
+    for (int bits : {8, 32}) {
+        SCOPED_TRACE(bits);
+        board.setWidth("AAGenActive", bits);
+        board.setWidth("AAGenPassive", bits);
+        PSGenerator module(&master());
+        EXPECT_TRUE(module.calcRegisterSettings(40.0, 25));
+        const double infinite = std::numeric_limits<double>::infinity();
+        for (double freq : {0.0, 1.0, 2.49, 127.51, -40.0, -1e300, 1e300, infinite, -infinite, std::nan("")}) {
+            EXPECT_FALSE(module.calcRegisterSettings(freq, 25)) << freq;
+            EXPECT_EQ(module.setParamToRs(FG_GEN_FREQ, &freq, 0), -2075) << freq;
+        }
+        EXPECT_FALSE(module.calcRegisterSettings(40.0, 0));
+        int accuracy = 65536 + 1;  // 1 in 16 bits
+        EXPECT_EQ(module.setParamToRs(FG_GEN_ACCURACY, &accuracy, 0), -2075);
+        double freq = 0;
+        EXPECT_EQ(module.getParamFromRs(FG_GEN_FREQ, &freq, 0), 0);
+        EXPECT_EQ(freq, 40.0);
+        accuracy = 65536 + 50;
+        EXPECT_EQ(module.setParamToRs(FG_GEN_ACCURACY, &accuracy, 0), 0);
+        EXPECT_EQ(module.getParamFromRs(FG_GEN_ACCURACY, &accuracy, 0), 0);
+        EXPECT_EQ(accuracy, 50);
+    }
+}
+
+TEST_F(GeneratorTest, PatternsStayWithinTheRegisters) {
+    PSGenerator& module = addModule(4);
+    // The default of 17 passive cycles does not fit four bits.
+    EXPECT_EQ(get(FG_GEN_ACTIVE), 0);
+    EXPECT_EQ(get(FG_GEN_PASSIVE), 0);
+    EXPECT_EQ(get<double>(FG_GEN_FREQ), 0.0);
+    EXPECT_EQ(maximum(FG_GEN_ACCURACY), 15);
+    EXPECT_TRUE(module.calcRegisterSettings(62.5, 30));
+    EXPECT_FALSE(module.calcRegisterSettings(62.5, 31));  // 16 active
+    EXPECT_FALSE(module.calcRegisterSettings(58.0, 30));  // 16 passive
+}
+
+TEST_F(GeneratorTest, CapacitiesFollowTheRegisters) {
+    EXPECT_EQ(addModule(32).maxActive(), 4294967295u);
+    board.setWidth("AAGenActive", 31);
+    board.removeRegister("AAGenPassive");
+    const PSGenerator module(&master());
+    EXPECT_EQ(module.maxActive(), 2147483647u);
+    EXPECT_EQ(module.maxPassive(), 0u);
+    EXPECT_EQ(module.getRegisterInitSuccess(), -7040);
+}
+
+TEST_F(GeneratorTest, ReadOnlyValuesRefuseWrites) {
+    PSGenerator& module = addModule();
+    for (int id : {FG_GEN_ACTIVE, FG_GEN_PASSIVE, FG_GEN_LINE_WIDTH}) {
+        EXPECT_EQ(set(id, 1), -8010) << id;
+        EXPECT_EQ(load(id, 1), -2070) << id;
+        EXPECT_EQ(module.updateParameter(0, id), -2070) << id;
+    }
+    unsigned value = 7;
+    for (int id : {30098, 30114}) {
+        EXPECT_EQ(module.getParamFromRs(id, &value, 0), -2070);
+        EXPECT_EQ(module.setParamToRs(id, &value, 0), -2070);
+        EXPECT_EQ(module.updateParameter(0, id), -2070);
+    }
+    EXPECT_EQ(module.getParamFromRs(FG_GEN_WIDTH, &value, 2), -61);
+    EXPECT_EQ(module.setParamToRs(FG_GEN_WIDTH, &value, 2), -61);
+    EXPECT_EQ(module.updateAllParameters(2), -61);
+    EXPECT_EQ(value, 7u);
+    EXPECT_THAT(board.writes(), IsEmpty());
+    EXPECT_EQ(get(FG_GEN_LINE_WIDTH), 1028);
+    EXPECT_EQ(set(FG_GEN_WIDTH, 512, 1), -61);
+}
+
+TEST_F(GeneratorTest, AFailedFirstRegisterKeepsTheSecond) {
+    PSGenerator& module = addModule();
+    board.failWrite("AAGenPassive", -9);
+    EXPECT_EQ(set(FG_GEN_FREQ, 125.0), -9);
+    board.failWrite("AAGenWidth", -8);
+    EXPECT_EQ(set(FG_GEN_LINE_GAP, 0), -8);
+    EXPECT_THAT(board.writes(), ElementsAre("AAGenPassive 0", "AAGenWidth 128"));
+    board.clearEvents();
+    EXPECT_EQ(module.updateAllParameters(0), -1);
+    EXPECT_THAT(board.writes(),
+                ElementsAre("AAGenWidth 128", "AAGenHeight 1023", "AAGenWidth 128", "AAGenPassive 0", "AAGenPassive 0",
+                            "AAGenMask 15", "AAGenRoll 0", "AAGenEnable 0", "AAGenStart 1"));
+    board.writeFailures.clear();
+    EXPECT_EQ(module.updateAllParameters(0), 0);
+    EXPECT_EQ(board.value("AAGenActive"), 25u);
+}
+
+}  // namespace

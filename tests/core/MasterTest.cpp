@@ -1,0 +1,182 @@
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ProbeModule.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class MasterTest : public ModuleTest {};
+
+TEST_F(MasterTest, ScalingFactorsFollowTheCameraCategory) {
+    struct Factor {
+        int width, height;
+    };
+    const Factor expected[] = {
+        {4,  1},
+        {4,  1},
+        {4,  1},
+        {2,  1},
+        {1,  1},
+        {2,  1},
+        {1,  1},
+        {4,  1},
+        {2,  1},
+        {1,  1},
+        {4,  1},
+        {2,  1},
+        {8,  1},
+        {8,  1},
+        {2,  1},
+        {4,  1},
+        {6,  3},
+        {6,  3},
+        {8,  1},
+        {1,  1},
+        {4,  1},
+        {4,  1},
+        {8,  1},
+        {8,  1},
+        {4,  1},
+        {1,  1},
+        {2,  1},
+        {4,  1},
+        {8,  1},
+        {3,  1},
+        {16, 1},
+        {6,  1}
+    };
+    for (int category = 0; category < 32; ++category) {
+        master().setCameraCategory(category, 0);
+        EXPECT_EQ(master().getDivFactor(0), expected[category].width) << category;
+        EXPECT_EQ(master().getDivFactorHeight(0), expected[category].height) << category;
+    }
+    for (const int category : {-1, 32, 40, 2147483647}) {
+        master().setCameraCategory(category, 0);
+        EXPECT_EQ(master().getDivFactor(0), 1) << category;
+        EXPECT_EQ(master().getDivFactorHeight(0), 1) << category;
+    }
+    for (const auto& [category, width] : {
+             std::pair{0,  2 },
+             {2,  2 },
+             {1,  4 },
+             {30, 16}
+    }) {
+        master().setCameraCategory(category, 0);
+        master().setActiveFormat(0, 1);
+        EXPECT_EQ(master().getDivFactor(0), width) << category;
+        master().setActiveFormat(0, 3);
+        EXPECT_EQ(master().getDivFactor(0), category == 30 ? 16 : 4) << category;
+    }
+}
+
+TEST_F(MasterTest, CategoryGoesToBothPortsOnlyInTheMediumConfiguration) {
+    master().setCameraCategory(12, 1);
+    EXPECT_EQ(master().getCameraCategory(0), 0);
+    EXPECT_EQ(master().getCameraCategory(1), 12);
+    master().setCameraCategory(16, 0);
+    EXPECT_EQ(master().getCameraCategory(0), 16);
+    EXPECT_EQ(master().getDivFactor(1), 8);
+    master().setIsMedium(true);
+    master().setCameraCategory(30, 1);
+    EXPECT_EQ(master().getCameraCategory(0), 30);
+    EXPECT_EQ(master().getCameraCategory(1), 30);
+}
+
+TEST_F(MasterTest, DescriptionIsStoredForEachPort) {
+    EXPECT_STREQ(master().getManufactor(), "Generic-CameraLink");
+    EXPECT_STREQ(master().getCameraVersion(), "1.0");
+    EXPECT_FALSE(master().getIsMedium());
+    EXPECT_FALSE(master().getIsFull());
+    EXPECT_FALSE(master().getIsSeparation());
+    master().setIsSeparation(true);
+    EXPECT_TRUE(master().getIsSeparation());
+    master().setCameraType("Type");
+    master().setCameraVersion("9.9");
+    EXPECT_STREQ(master().getCameraType(), "Type");
+    EXPECT_STREQ(master().getCameraVersion(), "9.9");
+    master().setIsCameraColor(1, 1);
+    master().setIsArea(5, 0);
+    master().setActiveFormat(1, 3);
+    EXPECT_EQ(master().isCameraColor(1), 1);
+    EXPECT_EQ(master().getIsCameraColor(0), 0);
+    EXPECT_EQ(master().getIsArea(0), 5);
+    EXPECT_EQ(master().getActiveFormat(1), 3);
+    for (const int port : {-1, 4, 2147483647}) {
+        master().setIsCameraColor(1, port);
+        master().setIsArea(1, port);
+        master().setActiveFormat(port, 1);
+        EXPECT_EQ(master().isCameraColor(port), 0);
+        EXPECT_EQ(master().getIsArea(port), 0);
+        EXPECT_EQ(master().getActiveFormat(port), 0);
+        EXPECT_EQ(master().getDivFactor(port), 1);
+        EXPECT_EQ(master().getDivFactorHeight(port), 1);
+    }
+    EXPECT_EQ(master().getDesign(), FakeBoard::design());
+}
+
+TEST_F(MasterTest, LastErrorIsThatOfTheLastRecordingCall) {
+    int value = 0;
+    EXPECT_EQ(lastError(), 0);
+    EXPECT_EQ(set(12345, 1), -2070);
+    EXPECT_EQ(lastError(), -2070);
+    EXPECT_EQ(Fg_getParameterWithType(handle(), FG_APPLET_ID, &value, 0, FG_PARAM_TYPE_AUTO), 0);
+    EXPECT_EQ(lastError(), 0);
+    EXPECT_EQ(set(FG_APPLET_ID, 1, 7), -61);
+    // None of these records anything.
+    Fg_getAppletId(handle(), "Quillon");
+    Fg_getNrOfParameter(handle());
+    Fg_getParameterId(handle(), -1);
+    Fg_getParameterName(handle(), -1);
+    Fg_getParameterIdByName(handle(), "FG_NOTHING");
+    Fg_getParameterInfo(handle(), 0);
+    Fg_getParameterInfo(handle(), 7);
+    Fg_getStatusEx(handle(), 1, 0, 0, nullptr);
+    size_t size = 0;
+    Fg_getParameterInfoXML(handle(), 0, nullptr, &size);
+    Fg_getParameterInfoXML(handle(), 7, nullptr, &size);
+    Fg_AllocShading(handle(), 0, 0);
+    EXPECT_EQ(lastError(), -61);
+    const int loaded = Fg_loadConfig(handle(), "/nonexistent/quillon.mcf");
+    EXPECT_EQ(lastError(), loaded);
+    EXPECT_LT(loaded, 0);
+    EXPECT_NE(lastError(), -61);
+}
+
+TEST_F(MasterTest, TreeQueryRefreshesItsPortAndKeepsTheNodes) {
+    std::vector<std::string> calls;
+    auto* module = new ProbeModule(&master(), "m", calls);
+    master().getHeader()->addModule(module, 0);
+    RegisterInfo* tree = Fg_getParameterInfo(handle(), 1);
+    ASSERT_NE(tree, nullptr);
+    EXPECT_EQ(tree->port, 1);
+    EXPECT_THAT(calls, ElementsAre("m: describe port=1 defaults=0"));
+    RegisterInfo* const timeout = tree->u.gReg.elements[0];
+    EXPECT_EQ(Fg_getParameterInfo(handle(), 1), tree);
+    EXPECT_EQ(tree->u.gReg.nrOfElements, 22);
+    EXPECT_EQ(tree->u.gReg.elements[0], timeout);
+    EXPECT_EQ(timeout->accessFlags, 7);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 0), -6000) << "port 0 has not been published";
+    EXPECT_NE(Fg_getParameterInfo(handle(), 0), nullptr);
+    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 1), 0);
+    EXPECT_EQ(timeout->accessFlags, 1) << "nodes change in place, without another query";
+    Fg_FreeGrabber(&mHandle);
+    mHandle.Master = nullptr;
+}
+
+/// A module whose end writes a register, as a block that is switched off would.
+class SwitchOffModule : public ProbeModule {
+public:
+    using ProbeModule::ProbeModule;
+    ~SwitchOffModule() override { writeHandle(6, 1); }
+};
+
+TEST_F(MasterTest, ModulesEndWhileTheBoardStillWorks) {
+    std::vector<std::string> calls;
+    master().getHeader()->addModule(new SwitchOffModule(&master(), "m", calls), 0);
+    EXPECT_EQ(Fg_FreeGrabber(handle()), 0);
+    mHandle.Master = nullptr;
+    EXPECT_THAT(board.events, ElementsAre("write AAReset 1", "unload"));
+    EXPECT_EQ(Fg_FreeGrabber(handle()), 0) << "a null master is accepted";
+}
+
+}  // namespace

@@ -1,0 +1,408 @@
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ProbeModule.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+int selected(int id, unsigned selector) { return static_cast<int>(static_cast<unsigned>(id) | selector); }
+
+/// Two probe modules beside the control module; "a" owns 70 (integer) and 73 (text), "b" 71 and 72.
+class RegistryTest : public ModuleTest {
+protected:
+    RegistryTest() : a(*new ProbeModule(&master(), "a", calls)), b(*new ProbeModule(&master(), "b", calls)) {
+        registry().addModule(&a, 0);
+        registry().addModule(&b, 0);
+        a.make(70, TYPE_INT, "FG_SEVENTY");
+        b.make(72, TYPE_ENUM, "FG_SEVENTY_TWO");
+        b.make(71, TYPE_DOUBLE, "FG_SEVENTY_ONE");
+        a.make(73, TYPE_STRING, "FG_TEXT");
+        registry().setLimits(70, 0, -5, 100, 5, 0, false);
+        registry().setLimits(70, 1, 0, 50, 5, 0, false);
+    }
+    ~RegistryTest() override {
+        Fg_FreeGrabber(&mHandle);  // the modules note their end in a member of this class
+        mHandle.Master = nullptr;
+    }
+    Fx3ParameterHeader& registry() { return *master().getHeader(); }
+
+    std::vector<std::string> calls;
+    ProbeModule& a;
+    ProbeModule& b;
+};
+
+TEST_F(RegistryTest, ModulesAreNumberedInOrder) {
+    EXPECT_EQ(registry().getModule(0), master().getController());
+    EXPECT_EQ(registry().getModule(1), &a);
+    EXPECT_EQ(registry().getModule(2), &b);
+    for (const int index : {-1, 3, 2147483647, -2147483647 - 1}) EXPECT_EQ(registry().getModule(index), nullptr);
+    EXPECT_EQ(registry().getShadingModule(), nullptr);
+    a.allResult = -3;
+    b.allResult = -4;
+    EXPECT_EQ(registry().updateAllParametersPS(1), -7);
+    EXPECT_THAT(calls, ElementsAre("a: all port=1", "b: all port=1"));
+    EXPECT_EQ(registry().getRegisterInitSuccess(), 0);
+    b.setStatus(-7040);
+    EXPECT_EQ(registry().getRegisterInitSuccess(), -7040);
+    a.setStatus(-1);
+    EXPECT_EQ(registry().getRegisterInitSuccess(), -1);
+    calls.clear();
+    EXPECT_EQ(registry().deleteAllModules(), 0);
+    EXPECT_THAT(calls, ElementsAre("a: delete", "b: delete"));
+    EXPECT_EQ(registry().getModule(1), nullptr);
+    EXPECT_EQ(registry().deleteAllModules(), 0);
+}
+
+TEST_F(RegistryTest, DiscoveryFollowsAscendingIdentifiers) {
+    // The control module's lowest identifiers are 99 and 600, the highest 24115.
+    const int count = registry().getParamCount();
+    EXPECT_EQ(count, 27);
+    const int expected[] = {70, 71, 72, 73, 99, 600};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(Fg_getParameterId(handle(), i), expected[i]);
+    EXPECT_STREQ(Fg_getParameterName(handle(), 0), "FG_SEVENTY");
+    EXPECT_EQ(Fg_getParameterId(handle(), count - 1), 24115);
+    for (const int index : {-1, count, 2147483647}) {
+        EXPECT_EQ(Fg_getParameterId(handle(), index), 0);
+        EXPECT_EQ(Fg_getParameterName(handle(), index), nullptr);
+    }
+    EXPECT_EQ(Fg_getParameterIdByName(handle(), "FG_SEVENTY_ONE"), 71);
+    for (const char* name : {"fg_seventy", "FG_SEVENT", "FG_SEVENTY ", "", "Probe"}) {
+        EXPECT_EQ(Fg_getParameterIdByName(handle(), name), 0) << name;
+    }
+    EXPECT_EQ(Fg_getParameterIdByName(handle(), nullptr), 0);
+    EXPECT_EQ(registry().searchParameterByName("Probe"), &record(70));
+    EXPECT_EQ(registry().searchParameterByName("probe"), nullptr);
+    EXPECT_STREQ(registry().getDocUrlByDefName("FG_TEXT"), "probe.html");
+    EXPECT_EQ(registry().getDocUrlByDefName("FG_NOTHING"), nullptr);
+    EXPECT_EQ(registry().searchParameterById(selected(70, 0xC0000000)), &record(70));
+}
+
+TEST_F(RegistryTest, WriteRunsCheckStoreUpdateAndDependencies) {
+    registry().addUpdateDependency(0, 70, 71, false);
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0"));
+    calls.clear();
+    EXPECT_EQ(set(selected(70, 0x40000000), 10, 1), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=1", "a: update 70 port=1", "b: update 71 port=1"));
+}
+
+TEST_F(RegistryTest, RefusalsComeInTheirOrderAndChangeNothing) {
+    master().setIsMedium(true);
+    EXPECT_EQ(set(69, 10, 1), -2070);
+    record(70).access.accessFlag = {1, 1};
+    EXPECT_EQ(set(70, 3, 1, FG_PARAM_TYPE_DOUBLE), -61);
+    EXPECT_EQ(set(70, 3, 0, FG_PARAM_TYPE_DOUBLE), -8010);
+    record(70).access.accessFlag = {3, 3};
+    master().getImageControl()->setImageDMATransferActive(0, true);
+    EXPECT_EQ(set(70, 3, 0, FG_PARAM_TYPE_DOUBLE), -7090);
+    master().getImageControl()->setImageDMATransferActive(0, false);
+    EXPECT_EQ(set(70, 3, 0, FG_PARAM_TYPE_DOUBLE), -2070);
+    EXPECT_EQ(set(70, 103, 0), -6000);
+    EXPECT_EQ(set(70, 3, 0), -7080);
+    EXPECT_EQ(lastError(), -7080);
+    EXPECT_THAT(calls, IsEmpty());
+    int value = 0;
+    EXPECT_EQ(registry().getParameterById(70, &value, 1), 0);
+    EXPECT_EQ(value, 4711);
+}
+
+TEST_F(RegistryTest, PortsThatDoNotExistAreRefusedAtEveryDoor) {
+    for (const int port : {-1, 2, 7, 2147483647}) {
+        SCOPED_TRACE(port);
+        int value = 5;
+        EXPECT_EQ(set(70, 10, port), -61);
+        EXPECT_EQ(lastError(), -61);
+        EXPECT_EQ(load(70, 10, static_cast<unsigned>(port)), -61);
+        for (const unsigned selector : {0u, 0x40000000u, 0x80000000u, 0xC0000000u}) {
+            EXPECT_EQ(Fg_getParameterWithType(handle(), selected(70, selector), &value, port, FG_PARAM_TYPE_AUTO), -61);
+        }
+        EXPECT_EQ(registry().checkParameterById(70, &value, static_cast<unsigned>(port), FG_PARAM_TYPE_AUTO), -61);
+        EXPECT_EQ(registry().getLimitMin(&record(70), &value, port), -61);
+        EXPECT_EQ(registry().getLimitMax(&record(70), &value, port), -61);
+        EXPECT_EQ(registry().setFlags(70, port, 1, 1, 1, 1), -61);
+        EXPECT_EQ(registry().setLimits(70, port, 0, 1, 1, 0, true), -61);
+        EXPECT_EQ(registry().updateDependency(70, port), -61);
+        EXPECT_EQ(Fg_getParameterInfo(handle(), port), nullptr);
+        EXPECT_EQ(set(69, 1, port), -2070);
+        EXPECT_EQ(value, 5);
+    }
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(RegistryTest, FailuresStopTheWriteWhereTheyHappen) {
+    registry().addUpdateDependency(0, 70, 71, false);
+    a.setResult = -11;
+    EXPECT_EQ(set(70, 10), -11);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0"));
+    calls.clear();
+    a.setResult = 0;
+    a.updateResults[70] = 8803;
+    EXPECT_EQ(set(70, 10), 8803);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0"));
+}
+
+TEST_F(RegistryTest, UncheckedWriteSkipsAccessTagAndLimits) {
+    record(70).access.accessFlag = {0, 0};
+    EXPECT_EQ(load(70, 12345), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0"));
+}
+
+TEST_F(RegistryTest, LastDependencyGivesTheResult) {
+    registry().addUpdateDependency(0, 70, 71, false);
+    registry().addUpdateDependency(0, 70, 12345, false);
+    registry().addUpdateDependency(0, 70, 72, false);
+    registry().addUpdateDependency(0, 71, 73, false);
+    b.updateResults[71] = -71;
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_THAT(calls,
+                ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0", "b: update 72 port=0"));
+    b.updateResults[72] = -72;
+    EXPECT_EQ(set(70, 10), -72);
+    EXPECT_EQ(registry().updateDependency(72, 0), 0);
+    EXPECT_EQ(registry().updateDependency(12345, 0), 0);
+}
+
+TEST_F(RegistryTest, DependenciesReachWholeModulesAndDescriptions) {
+    registry().addUpdateDependency(0, 70, 71, true);
+    registry().addUpdateDependency(1, 70, 71, false);
+    registry().addUpdateDependency(1, 70, 71, true);
+    EXPECT_EQ(registry().addUpdateDependency(1, 70, 71, true), 0);
+    EXPECT_EQ(registry().addUpdateDependency(1, 12345, 71, true), 0);
+    EXPECT_EQ(record(70).description.paramUpdateDep.size(), 3U);
+    EXPECT_EQ(set(70, 10, 1), 0);
+    EXPECT_THAT(calls,
+                ElementsAre("a: set 70 port=1", "a: update 70 port=1", "b: all port=1", "b: describe port=1 defaults=0",
+                            "a: describe port=0 defaults=0", "b: describe port=0 defaults=0",
+                            "a: describe port=1 defaults=0", "b: describe port=1 defaults=0"));
+}
+
+TEST_F(RegistryTest, ChangedActivePortRewritesEverythingForTheNewPort) {
+    registry().addUpdateDependency(0, 70, 71, false);
+    a.portToSet = 1;
+    a.allResult = -3;
+    b.allResult = -4;
+    EXPECT_EQ(set(70, 10), -7);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: all port=1", "b: all port=1"));
+    calls.clear();
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0"));
+    calls.clear();
+    mFabrixBoard->setIsDualDesign(true);
+    a.portToSet = 0;
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0"));
+}
+
+TEST_F(RegistryTest, UpdateAllRefreshesEveryModuleInstead) {
+    a.make(80, TYPE_STRING, "FG_EIGHTY", true);
+    registry().addUpdateDependency(0, 80, 71, false);
+    EXPECT_EQ(Fg_setParameterWithType(handle(), 80, const_cast<char*>("x"), 1, FG_PARAM_TYPE_CHAR_PTR), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 80 port=1", "a: all port=1", "b: all port=1"));
+}
+
+TEST_F(RegistryTest, InvalidatedDescriptionsAreRedoneBeforeTheUpdate) {
+    registry().changeAllowAllAccess(0);
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_EQ(calls.size(), 2U);
+    calls.clear();
+    registry().changeAllowAllAccess(3);
+    EXPECT_EQ(registry().getAllowAllAccess(), 3);
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_THAT(calls,
+                ElementsAre("a: set 70 port=0", "a: describe port=0 defaults=0", "b: describe port=0 defaults=0",
+                            "a: describe port=1 defaults=0", "b: describe port=1 defaults=0", "a: update 70 port=0"));
+    calls.clear();
+    EXPECT_EQ(set(70, 10), 0);
+    EXPECT_EQ(calls.size(), 2U);
+}
+
+TEST_F(RegistryTest, SelectorsReadLimitsAndAccess) {
+    EXPECT_EQ(minimum(70), -5);
+    EXPECT_EQ(maximum(70), 100);
+    EXPECT_EQ(maximum(70, 1), 50);
+    EXPECT_EQ(access(70), 3);
+    registry().setLimits(71, 0, -1.5, 2.5, 0.0, 0.0, false);
+    EXPECT_EQ(minimum<double>(71), -1.5);
+    EXPECT_EQ(maximum<double>(71), 2.5);
+    const EnumField entries[] = {
+        {"High",   9, "H"    },
+        {"Low",    3, nullptr},
+        {"Middle", 5, "M"    }
+    };
+    registry().setLimits(72, 0, entries, 3, 9, false);
+    EXPECT_EQ(minimum(72), 9);
+    EXPECT_EQ(maximum(72), 5);
+    int value = 17;
+    EXPECT_EQ(registry().getParameterById(selected(73, 0xC0000000), &value, 0), -2130);
+    EXPECT_EQ(registry().getParameterById(selected(73, 0x40000000), &value, 0), -2130);
+    EXPECT_EQ(registry().getParameterById(selected(72, 0x40000000), &value, 1), -2130);
+    EXPECT_EQ(registry().getParameterById(selected(74, 0x80000000), &value, 0), -2070);
+    EXPECT_EQ(value, 17);
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(RegistryTest, ReadsDoNotLookAtTheTag) {
+    for (const int tag : {-1, 0, 1, 5, 6, 8192}) {
+        int value = 0;
+        EXPECT_EQ(Fg_getParameterWithType(handle(), 70, &value, 1, static_cast<FgParamTypes>(tag)), 0);
+        EXPECT_EQ(value, 4711);
+    }
+    a.getResult = -9;
+    int value = 0;
+    EXPECT_EQ(Fg_getParameterWithType(handle(), 70, &value, 1, FG_PARAM_TYPE_INT32_T), -9);
+    EXPECT_EQ(lastError(), -9);
+}
+
+TEST_F(RegistryTest, NullMemoryIsRefused) {
+    EXPECT_EQ(Fg_setParameterWithType(handle(), 70, nullptr, 0, FG_PARAM_TYPE_INT32_T), -2070);
+    EXPECT_EQ(Fg_getParameterWithType(handle(), 70, nullptr, 0, FG_PARAM_TYPE_INT32_T), -2070);
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(RegistryTest, DefaultsAreWrittenThroughTheModuleAndTheirFailureIsNotSeen) {
+    a.setResult = -5;
+    b.setResult = -5;
+    EXPECT_EQ(registry().setLimits(70, 1, 0, 9, 1, 7, true), 0);
+    EXPECT_EQ(registry().setLimits(71, 0, 0.0, 9.0, 1.0, 7.0, true), 0);
+    const EnumField entries[] = {
+        {"Only", 3, nullptr}
+    };
+    EXPECT_EQ(registry().setLimits(72, 0, entries, 1, 3, true), 0);
+    EXPECT_EQ(registry().setLimits(73, 0, "default", "*.lut", true), 0);
+    EXPECT_EQ(registry().setLimits(73, 0, "default", nullptr, false), 0);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=1", "b: set 71 port=0", "b: set 72 port=0", "a: set 73 port=0"));
+    EXPECT_EQ(record(73).data.stringData->defaultString[0], "default");
+    EXPECT_EQ(record(73).data.stringData->extension[0], std::nullopt);
+    for (const int id : {12345, -1}) {
+        EXPECT_EQ(registry().setLimits(id, 0, 0, 1, 1, 0, true), -2070);
+        EXPECT_EQ(registry().setLimits(id, 0, 0.0, 1.0, 1.0, 0.0, true), -2070);
+        EXPECT_EQ(registry().setLimits(id, 0, "", nullptr, true), -2070);
+        EXPECT_EQ(registry().setLimits(id, 0, nullptr, true), -2070);
+        EXPECT_EQ(registry().setFlags(id, 0, 1, 1, 1, 1), -2070);
+        EXPECT_EQ(registry().setDescr(id, "x"), -2070);
+    }
+}
+
+TEST_F(RegistryTest, NodesOfAFinishedTreeFollowInPlace) {
+    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
+    for (const int id : {70, 71, 72, 73}) EXPECT_EQ(registry().setGroup(id, 0, group), 0);
+    EXPECT_EQ(registry().setGroup(12345, 0, group), -2070);
+    EXPECT_EQ(registry().setGroup(70, 0, nullptr), -2070);
+    registry().finalizeDescriptionsOnPort(0);
+    RegisterInfo* const* nodes = group->u.gReg.elements;
+    ASSERT_EQ(group->u.gReg.nrOfElements, 4);
+    EXPECT_EQ(nodes[0]->u.iReg.to, 100);
+    EXPECT_STREQ(nodes[0]->unit, "[probe]");
+    registry().setLimits(70, 0, 1, 2, 3, 0, false);
+    registry().setLimits(70, 1, 8, 8, 8, 8, false);
+    registry().setLimits(71, 0, 1.0, 2.0, 0.5, 1.0, false);
+    registry().setLimits(73, 0, "", "*.lut", false);
+    const EnumField entries[] = {
+        {"High", 9, "H"    },
+        {"Low",  3, nullptr}
+    };
+    registry().setLimits(72, 0, entries, 2, 9, false);
+    registry().setFlags(70, 0, 1, 5, 6, 0);
+    EXPECT_EQ(nodes[0]->u.iReg.from, 1);
+    EXPECT_EQ(nodes[0]->u.iReg.to, 2);
+    EXPECT_EQ(nodes[0]->u.iReg.steps, 3);
+    EXPECT_EQ(nodes[0]->accessFlags, 1);
+    EXPECT_EQ(nodes[0]->rangeFlags, 5);
+    EXPECT_EQ(nodes[0]->visibilityFlags, 6);
+    EXPECT_EQ(nodes[1]->u.dReg.steps, 0.5);
+    ASSERT_EQ(nodes[2]->u.eReg.nrOfElements, 2);
+    EXPECT_STREQ(nodes[2]->u.eReg.enumNames[1], "Low");
+    EXPECT_EQ(nodes[2]->u.eReg.enumDefName[1], nullptr);
+    EXPECT_STREQ(nodes[3]->u.sReg.FileExtension, "*.lut");
+    EXPECT_EQ(registry().searchRegisterInfoById(group, 72, 0), nodes[2]);
+    EXPECT_EQ(registry().searchRegisterInfoById(group, 72, 1), nullptr);
+    EXPECT_EQ(registry().searchRegisterInfoById(nullptr, 72, 0), nullptr);
+    EXPECT_EQ(registry().searchRegisterInfoById(nodes[2], 72, 0), nullptr);
+    EXPECT_EQ(registry().addGroupInfo(0, nullptr, "H"), nullptr);
+}
+
+TEST_F(RegistryTest, AccessOverrideReplacesTheModulesBits) {
+    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
+    registry().setGroup(70, 0, group);
+    registry().changeAllowAllAccess(7);
+    registry().setFlags(70, 0, 1, 1, 1, 1);
+    EXPECT_EQ(access(70), 7);
+    EXPECT_EQ(group->u.gReg.elements[0]->accessFlags, 7);
+    registry().changeAllowAllAccess(0);
+    registry().setFlags(70, 0, 1, 1, 1, 1);
+    EXPECT_EQ(access(70), 1);
+}
+
+TEST_F(RegistryTest, DirectRegistersComeAsOneGroup) {
+    struct Case {
+        int id, bits, to;
+        const char* name;
+    };
+    const Case cases[] = {
+        {50001, 1,  1,          "AA (1)" },
+        {50002, 31, 2147483647, "BB (31)"},
+        {50003, 32, -1,         "CC (32)"},
+        {50005, 64, -1,         "DD (64)"},
+        {50006, 0,  0,          "EE (0)" }
+    };
+    for (const Case& c : cases) {
+        const std::string name(c.name, 2);
+        new Fx3ParameterDirectReg(&a, name.c_str(), name.c_str(), c.id, 1, 1, c.bits);
+    }
+    registry().setDirectRegisters(6);  // 50004 is missing
+    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
+    EXPECT_EQ(registry().setGroup(50001, 0, group), 0);
+    ASSERT_EQ(group->u.gReg.nrOfElements, 5);
+    for (int i = 0; i < 5; ++i) {
+        const RegisterInfo& node = *group->u.gReg.elements[i];
+        EXPECT_STREQ(node.name, cases[i].name);
+        EXPECT_EQ(node.id, cases[i].id);
+        EXPECT_EQ(node.u.iReg.from, 0);
+        EXPECT_EQ(node.u.iReg.to, cases[i].to);
+        EXPECT_EQ(node.u.iReg.steps, 1);
+        EXPECT_EQ(node.rangeFlags, 1);
+        EXPECT_EQ(node.visibilityFlags, 1);
+        EXPECT_EQ(node.unit, nullptr);
+        EXPECT_EQ(record(cases[i].id).description.group[0], group);
+    }
+}
+
+/// A module that lacks one of the description steps.
+class StepsModule : public RSMaster {
+public:
+    explicit StepsModule(Fg_StdMaster* master) : RSMaster(master) {}
+    int getParamFromRs(int, void*, unsigned) override { return 0; }
+    int setParamToRs(int, const void*, unsigned) override { return 0; }
+    void setDescriptions() override { steps += "d"; }
+    void setLimits(unsigned, bool updateDefault) override { steps += updateDefault ? "L" : "l"; }
+    void setFlags(unsigned port) override {
+        steps += "f";
+        if (lacksFlags) RSMaster::setFlags(port);
+    }
+    void setRegisterInfoTree(unsigned) override { steps += "t"; }
+    const char* getDocModuleURL(int) override { return nullptr; }
+    std::string steps;
+    bool lacksFlags = false;
+};
+
+TEST_F(RegistryTest, DescriptionStepsRunInOrderAndAMissingOneThrows) {
+    StepsModule module(&master());
+    EXPECT_EQ(module.addStandardPS(1, true), 0);
+    EXPECT_EQ(module.addStandardPS(0, false), 0);
+    EXPECT_EQ(module.steps, "dLftdlft");
+    module.lacksFlags = true;
+    try {
+        module.addStandardPS(0, false);
+        ADD_FAILURE() << "a missing step must throw";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "you should not be here. Go away.");
+    }
+    EXPECT_EQ(module.RSMaster::updateParameter(0, 1), 0);
+    EXPECT_EQ(module.RSMaster::updateAllParameters(0), 0);
+    EXPECT_EQ(module.saveParmeter(0, 1, "key", nullptr), -1);
+    EXPECT_EQ(module.loadParameter(0, 1, nullptr, nullptr), -1);
+    EXPECT_EQ(module.Fg_FreeShading(nullptr), 0);
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+// Software triggers, and the ranges of the area trigger that follow from register widths.
+#include "tests/core/AreaTriggerFixture.h"
+
+namespace {
+
+using testing::IsEmpty;
+
+class SoftwareTriggerTest : public AreaTriggerFixture {
+protected:
+    /// \return what a trigger reads and writes
+    std::string eventsOf(int triggers) {
+        board.clearEvents();
+        mResult = set(FG_SENDSOFTWARETRIGGER, triggers);
+        return textOf(board.events);
+    }
+};
+
+TEST_F(SoftwareTriggerTest, ATriggerIsOnePulse) {
+    openInMode(4);
+    EXPECT_EQ(eventsOf(1), "read ImgBusy, write ImgSwSet 0, write ImgSwSet 1, write ImgSwSet 1, write ImgSwSet 0");
+    EXPECT_EQ(mResult, FG_OK);
+    board.setValue("AATrg_ImgBusy", 1);
+    EXPECT_EQ(eventsOf(1), "read ImgBusy");
+    EXPECT_EQ(mResult, FG_SOFTWARE_TRIGGER_BUSY);
+    EXPECT_EQ(lastError(), FG_SOFTWARE_TRIGGER_BUSY);
+    board.readFailures["AATrg_ImgBusy"] = -20;
+    EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 1), FG_OK) << "a busy flag that cannot be read";
+    board.failWrite("AATrg_ImgSwSet", -20);
+    EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 1), FG_OK) << "the writes are not looked at";
+}
+
+TEST_F(SoftwareTriggerTest, TheQueueTakesWhatItHasRoomFor) {
+    struct Row {
+        unsigned fillLevel;
+        uint64_t busy;
+        int triggers;
+        int result;
+    };
+    openInMode(7);
+    for (const Row& row : {
+             Row{0,   0, 1,   FG_OK                   },
+             Row{0,   1, 1,   8803                    },
+             Row{0,   2, 1,   FG_OK                   }, // busy is exactly 1
+             Row{0,   0, 255, FG_OK                   },
+             Row{0,   0, 256, FG_VALUE_OUT_OF_RANGE   },
+             Row{1,   0, 255, FG_SOFTWARE_TRIGGER_BUSY},
+             Row{250, 0, 5,   8803                    },
+             Row{250, 0, 6,   FG_SOFTWARE_TRIGGER_BUSY},
+             Row{255, 0, 1,   FG_SOFTWARE_TRIGGER_BUSY},
+    }) {
+        SCOPED_TRACE(testing::Message() << row.triggers << " behind " << row.fillLevel);
+        board.setValue("AATrgArea_SwTrgQueueFillLevel", row.fillLevel);
+        board.setValue("AATrg_ImgBusy", row.busy);
+        board.clearEvents();
+        EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, row.triggers), row.result);
+        EXPECT_EQ(writes(), row.result < 0 ? "" : "SwTrgQueueTriggers " + std::to_string(row.triggers));
+        EXPECT_EQ(lastError(), row.result);
+    }
+}
+
+TEST_F(SoftwareTriggerTest, TheQueueIsAskedBeforeTheBusyFlag) {
+    openInMode(7);
+    board.setValue("AATrgArea_SwTrgQueueFillLevel", 3);
+    EXPECT_EQ(get(FG_SOFTWARETRIGGER_QUEUE_FILLLEVEL), 3);
+    EXPECT_EQ(eventsOf(2), "read SwTrgQueueFillLevel, read ImgBusy, write SwTrgQueueTriggers 2");
+    board.failWrite("AATrgArea_SwTrgQueueTriggers", -20);
+    EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 2), 1);
+    EXPECT_EQ(lastError(), 1);
+    board.setValue("AATrgArea_SwTrgQueueFillLevel", 255);
+    EXPECT_EQ(eventsOf(1), "read SwTrgQueueFillLevel");
+}
+
+TEST_F(SoftwareTriggerTest, OtherModesRefuse) {
+    open();
+    for (const int mode : {0, 1, 2, 3}) {
+        load(FG_TRIGGERMODE, mode);
+        EXPECT_EQ(eventsOf(1), "") << mode;
+        EXPECT_EQ(mResult, FG_NOT_WRITABLE) << mode;
+        EXPECT_EQ(load(FG_SENDSOFTWARETRIGGER, 1), FG_TRIGGER_MODE_MISMATCH) << mode;
+        EXPECT_THAT(board.events, IsEmpty()) << mode;
+    }
+}
+
+class TriggerRangeTest : public AreaTriggerFixture {};
+
+TEST_F(TriggerRangeTest, RangesFollowTheRegisterWidths) {
+    board.setWidth("AATrgArea_ExSyncLow", 12);
+    PSAreaTrigger& trigger = open();
+    struct Row {
+        int id;
+        unsigned width;
+        double range, smallestTimeBase;
+    };
+    for (const Row& row : {
+             Row{FG_FRAMESPERSEC,     20, 0.095367431640625, 0.15120928955078125},
+             Row{FG_EXSYNCDELAY,      20, 10485750.0,        0.032              },
+             Row{FG_STROBEPULSEDELAY, 20, 10485750.0,        0.032              },
+             Row{FG_FLASHTIME,        20, 10485760.0,        0.035814697265625  },
+             Row{FG_PRESCALER,        16, 1048.576,          -1.0               },
+    }) {
+        SCOPED_TRACE(row.id);
+        double range = 0;
+        EXPECT_EQ(trigger.getParamRegisterWidth(row.id, 0), row.width);
+        EXPECT_EQ(trigger.getUserRange(row.id, &range, 0), FG_OK);
+        EXPECT_DOUBLE_EQ(range, row.range);
+        EXPECT_DOUBLE_EQ(trigger.getHdSyncMinDep(row.id, 0), row.smallestTimeBase);
+    }
+    unsigned whole = 0;
+    EXPECT_EQ(trigger.getUserRange(FG_EXPOSURE, &whole, 0), FG_OK);
+    EXPECT_EQ(whole, 40960u);
+    EXPECT_DOUBLE_EQ(trigger.getHdSyncMinDep(FG_EXPOSURE, 0), 1.0085625);
+    EXPECT_EQ(trigger.getUserRange(FG_SOFTWARETRIGGER_QUEUE_FILLLEVEL, &whole, 0), FG_INVALID_ARGUMENT);
+    EXPECT_EQ(whole, 255u) << "written all the same";
+    EXPECT_EQ(trigger.getUserRange(FG_TRIGGERMODE, &whole, 0), FG_INVALID_ARGUMENT);
+    EXPECT_EQ(whole, 255u) << "left alone";
+    EXPECT_EQ(trigger.convertUserValueToRegValue(FG_TRIGGERMODE, 5u, 0), 0u);
+}
+
+}  // namespace

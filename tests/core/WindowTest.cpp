@@ -1,0 +1,276 @@
+#include "StandardApplets/grabber_basis/PSFx4/PSWindow.h"
+#include "tests/core/GrabberTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int kWindow[] = {FG_WIDTH, FG_HEIGHT, FG_XOFFSET, FG_YOFFSET};
+
+/// The window as the applet makes it: one camera on both connectors, 16 pixels a clock.
+class WindowTest : public ModuleTest {
+protected:
+    WindowTest() {
+        master().setIsMedium(true);
+        master().setCameraCategory(30, 0);
+    }
+    PSWindow& makeWindow(int maxWidth = 2147483647) { return add<PSWindow>(maxWidth, 1024, 1024, -1); }
+    size_t imageSize(int port) { return master().getImageControl()->getImageSize(port); }
+};
+
+TEST_F(WindowTest, ParametersArePublishedOnBothPorts) {
+    makeWindow();
+    struct Row {
+        int id, minimum, maximum, step, defaultValue;
+        const char *name, *displayName, *description;
+    };
+    const Row rows[] = {
+        {100, 32, 65536, 16, 1024, "FG_WIDTH",   "Width",   "Image width of the acquisition window." },
+        {200, 1,  65535, 1,  1024, "FG_HEIGHT",  "Height",  "Image height of the acquisition window."},
+        {300, 0,  65536, 16, 0,    "FG_XOFFSET", "XOffset", "Horizontal offset of the image."        },
+        {400, 0,  65535, 1,  0,    "FG_YOFFSET", "YOffset", "Vertical offset of the image."          },
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Fx3Parameter& known = record(row.id);
+        EXPECT_EQ(known.description.defineName, row.name);
+        EXPECT_EQ(known.description.parameterName, row.displayName);
+        EXPECT_EQ(known.description.docDescription, row.description);
+        EXPECT_EQ(known.description.unit, "[pixels]");
+        EXPECT_FALSE(known.description.updateAll);
+        EXPECT_STREQ(known.mParent->getDocModuleURL(row.id), "feature_blocks/PSWindow/PSWindow.html");
+        EXPECT_EQ(get(row.id, 0), row.defaultValue);
+        for (const int port : {0, 1}) {
+            const auto p = static_cast<unsigned>(port);
+            EXPECT_EQ(minimum(row.id, port), row.minimum);
+            EXPECT_EQ(maximum(row.id, port), row.maximum);
+            EXPECT_EQ(known.data.intData->step[p], row.step);
+            EXPECT_EQ(known.data.intData->defaultValue[p], row.defaultValue);
+            EXPECT_EQ(access(row.id, port), 3);
+            EXPECT_EQ(known.access.rangeFlag[p], 1);
+            EXPECT_EQ(known.access.visibilityFlag[p], 1);
+            EXPECT_EQ(known.access.writeToConfigFile[p], 1);
+            EXPECT_STREQ(known.description.group[p]->name, "ROI");
+        }
+    }
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
+TEST_F(WindowTest, RegistersTakeUnitsAndBothSlotsAreWritten) {
+    PSWindow& window = makeWindow();
+    struct Case {
+        int id, value;
+        const char* write;
+    };
+    for (const Case& c : {
+             Case{100, 32,    "AAAreaWidth 1"     },
+             {100, 1024,  "AAAreaWidth 63"    },
+             {100, 65536, "AAAreaWidth 4095"  },
+             {200, 1,     "AAAreaHeight 0"    },
+             {200, 65535, "AAAreaHeight 65534"},
+             {300, 32,    "AAAreaXPos 2"      },
+             {300, 65536, "AAAreaXPos 4096"   },
+             {400, 65535, "AAAreaYPos 65535"  }
+    }) {
+        board.clearEvents();
+        EXPECT_EQ(set(c.id, c.value), 0);
+        EXPECT_THAT(board.writes(), ElementsAre(c.write, c.write));
+        EXPECT_EQ(get(c.id), c.value);
+    }
+    board.clearEvents();
+    EXPECT_EQ(window.updateAllParameters(0), 0);
+    EXPECT_THAT(board.writes(),
+                ElementsAre("AAAreaWidth 4095", "AAAreaWidth 4095", "AAAreaHeight 65534", "AAAreaHeight 65534",
+                            "AAAreaXPos 4096", "AAAreaXPos 4096", "AAAreaYPos 65535", "AAAreaYPos 65535"));
+}
+
+TEST_F(WindowTest, RefusedValuesWriteNothing) {
+    makeWindow();
+    struct Case {
+        int id, value, code;
+    };
+    for (const Case& c : {
+             Case{100, 31,         -6000},
+             {100, 16,         -6000},
+             {100, 0,          -6000},
+             {100, -1024,      -6000},
+             {100, 65552,      -6000},
+             {100, 65537,      -6000},
+             {100, 100,        -7080},
+             {100, 1023,       -7080},
+             {200, 0,          -6000},
+             {200, 65536,      -6000},
+             {300, -16,        -6000},
+             {300, 65552,      -6000},
+             {300, 1,          -7080},
+             {400, -1,         -6000},
+             {400, 65536,      -6000},
+             {400, 2147483647, -6000}
+    }) {
+        SCOPED_TRACE(std::to_string(c.id) + " " + std::to_string(c.value));
+        const int before = get(c.id);
+        EXPECT_EQ(set(c.id, c.value), c.code);
+        EXPECT_EQ(get(c.id), before);
+    }
+    EXPECT_EQ(set(FG_WIDTH, 512, 1), -61);
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
+TEST_F(WindowTest, MediumKeepsPortOnesCacheUntouched) {
+    PSWindow& window = makeWindow();
+    for (const int id : kWindow) EXPECT_EQ(get(id, 1), 0) << id;
+    const unsigned width = 512;
+    EXPECT_EQ(window.setParamToRs(FG_WIDTH, &width, 1), 0);
+    EXPECT_EQ(get(FG_WIDTH, 0), 512);
+    EXPECT_EQ(get(FG_WIDTH, 1), 0);
+    EXPECT_EQ(window.updateParameter(1, FG_WIDTH), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 31", "AAAreaWidth 31"));
+    EXPECT_EQ(imageSize(1), 0U);
+}
+
+TEST_F(WindowTest, ImageSizeIsKnownBeforeTheRegisterIsWritten) {
+    makeWindow();
+    size_t sizeAtWrite = 0;
+    board.onWrite = [&](const std::string&, uint64_t) { sizeAtWrite = imageSize(0); };
+    EXPECT_EQ(set(FG_HEIGHT, 10), 0);
+    EXPECT_EQ(sizeAtWrite, 10240U);
+    EXPECT_EQ(set(FG_WIDTH, 64), 0);
+    EXPECT_EQ(sizeAtWrite, 640U);
+    EXPECT_EQ(set(FG_XOFFSET, 64), 0);
+    EXPECT_EQ(imageSize(0), 640U);
+}
+
+TEST_F(WindowTest, FailedWriteSkipsTheSecondSlotAndTheRest) {
+    PSWindow& window = makeWindow();
+    board.failWrite("AAAreaHeight", -55);
+    EXPECT_EQ(set(FG_HEIGHT, 100), -55);
+    EXPECT_EQ(lastError(), -55);
+    EXPECT_EQ(get(FG_HEIGHT), 100);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaHeight 99"));
+    board.clearEvents();
+    EXPECT_EQ(window.updateAllParameters(0), -55);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 63", "AAAreaWidth 63", "AAAreaHeight 99"));
+    board.failWrite("AAAreaHeight", 0);
+    board.clearEvents();
+    board.failNthWrite(2, -66);
+    EXPECT_EQ(set(FG_WIDTH, 64), -66);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 3", "AAAreaWidth 3"));
+}
+
+TEST_F(WindowTest, FormatRewritesTheWidthAndUnknownIdentifiersAreRefused) {
+    PSWindow& window = makeWindow();
+    EXPECT_EQ(window.updateParameter(0, 700), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 63", "AAAreaWidth 63"));
+    board.clearEvents();
+    unsigned value = 5;
+    EXPECT_EQ(window.updateParameter(0, 101), -2070);
+    EXPECT_EQ(window.getParamFromRs(700, &value, 0), -2070);
+    EXPECT_EQ(window.setParamToRs(101, &value, 0), -2070);
+    EXPECT_THAT(board.writes(), IsEmpty());
+    EXPECT_EQ(value, 5U);
+}
+
+TEST_F(WindowTest, PortsThatDoNotExistTouchNothing) {
+    PSWindow& window = makeWindow();
+    for (const unsigned port : {2U, 7U, 2147483647U, 4294967295U}) {
+        unsigned value = 64;
+        EXPECT_EQ(window.getParamFromRs(FG_WIDTH, &value, port), -61);
+        EXPECT_EQ(window.setParamToRs(FG_WIDTH, &value, port), -61);
+        EXPECT_EQ(window.updateParameter(port, FG_WIDTH), -61);
+        EXPECT_EQ(window.updateAllParameters(port), -61);
+        EXPECT_EQ(window.addStandardPS(port, true), -61);
+        EXPECT_EQ(value, 64U);
+    }
+    EXPECT_EQ(get(FG_WIDTH), 1024);
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
+TEST_F(WindowTest, ZeroWidthWrapsLikeTheRegister) {
+    makeWindow();
+    EXPECT_EQ(load(FG_WIDTH, 0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 4294967295", "AAAreaWidth 4294967295"));
+    board.clearEvents();
+    EXPECT_EQ(load(FG_XOFFSET, -16), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaXPos 268435455", "AAAreaXPos 268435455"));
+}
+
+TEST_F(WindowTest, WidthMaximumFollowsTheRegisterWidth) {
+    struct Case {
+        int bits, maxWidth, expected;
+    };
+    for (const Case& c : {
+             Case{10, 2147483647, 16384     },
+             {12, 4096,       4096      },
+             {26, 2147483647, 1073741824},
+             {27, 2147483647, 2147483647},
+             {31, 2147483647, 2147483647},
+             {32, 2147483647, 2147483647},
+             {64, 2147483647, 2147483647},
+             {0,  2147483647, 16        },
+             {-1, 2147483647, 2147483647},
+             {12, -5,         -5        }
+    }) {
+        SCOPED_TRACE(c.bits);
+        board.setWidth("AAAreaWidth", c.bits);
+        PSWindow window(&master(), c.maxWidth, 1024, 1024, -1);
+        window.setLimits(0, false);
+        EXPECT_EQ(maximum(FG_WIDTH), c.expected);
+        EXPECT_EQ(maximum(FG_XOFFSET), c.expected);
+        EXPECT_EQ(maximum(FG_HEIGHT), 65535);
+    }
+}
+
+TEST_F(WindowTest, StepStaysAndConversionFollowsTheFactor) {
+    PSWindow& window = makeWindow();
+    master().setCameraCategory(12, 0);
+    window.addStandardPS(0, false);
+    EXPECT_EQ(record(FG_WIDTH).data.intData->step[0], 16);
+    EXPECT_EQ(minimum(FG_WIDTH), 32);
+    EXPECT_EQ(maximum(FG_WIDTH), 32768);
+    EXPECT_EQ(set(FG_WIDTH, 1024), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 127", "AAAreaWidth 127"));
+    board.clearEvents();
+    master().setCameraCategory(16, 0);
+    window.addStandardPS(0, false);
+    EXPECT_EQ(minimum(FG_HEIGHT), 3);
+    EXPECT_EQ(set(FG_HEIGHT, 9), 0);
+    EXPECT_EQ(set(FG_HEIGHT, 10), -7080);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaHeight 2", "AAAreaHeight 2"));
+}
+
+TEST_F(WindowTest, TwoCameraDesignHasARegisterForEachPort) {
+    mFabrixBoard->setIsDualDesign(true);
+    master().setIsMedium(false);
+    for (const char* name : {"ABAreaWidth", "ABAreaHeight", "ABAreaXPos", "ABAreaYPos"}) {
+        board.registers.push_back({name, 12, 1});
+    }
+    master().setCameraCategory(31, 1);
+    makeWindow();
+    EXPECT_EQ(master().getHeader()->getRegisterInitSuccess(), 0);
+    EXPECT_EQ(set(FG_WIDTH, 96, 1), 0);
+    EXPECT_EQ(set(FG_WIDTH, 64, 0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("ABAreaWidth 15", "AAAreaWidth 3"));
+    EXPECT_EQ(get(FG_WIDTH, 1), 96);
+    EXPECT_EQ(imageSize(1), 96U * 1024U);
+}
+
+TEST_F(WindowTest, SingleDesignOutsideMediumWritesItsOnlyRegistersForBothPorts) {
+    master().setIsMedium(false);
+    makeWindow();
+    EXPECT_EQ(set(FG_XOFFSET, 32, 1), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AAAreaXPos 2"));
+    EXPECT_EQ(get(FG_XOFFSET, 0), 0);
+    EXPECT_EQ(get(FG_XOFFSET, 1), 32);
+}
+
+TEST_F(WindowTest, MissingRegistersAreReportedAndTheirWritesReachTheLibrary) {
+    board.removeRegister("AAAreaYPos");
+    makeWindow();
+    EXPECT_EQ(master().getHeader()->getRegisterInitSuccess(), -7040);
+    EXPECT_EQ(set(FG_YOFFSET, 5), -20);
+    EXPECT_THAT(board.writes(), ElementsAre("<0> 5"));
+    EXPECT_EQ(set(FG_WIDTH, 64), 0);
+}
+
+}  // namespace

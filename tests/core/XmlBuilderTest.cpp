@@ -1,0 +1,340 @@
+#include <climits>
+#include <locale>
+
+#include "StandardApplets/grabber_basis/PSFx4/PSWindow.h"
+#include "StandardApplets/grabber_basis/ParameterInfoBuilderXML.h"
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ProbeModule.h"
+#include "tests/core/XmlDocument.h"
+
+namespace {
+
+using testing::Each;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string tailOf(const std::string& document) {
+    const size_t start = document.find("<Category");
+    return start == std::string::npos ? "no category" : document.substr(start);
+}
+
+constexpr const char* kEnd = "<Port Name=\"DevicePort\"></Port>\n</RegisterDescription>\n";
+constexpr const char* kRoot =
+    "<Category Name='Root' NameSpace='Standard'>\n<pFeature>AppletParameters</pFeature>\n</Category>\n";
+
+/// A grabber whose parameters a test makes itself.
+class XmlBuilderTest : public ModuleTest {
+protected:
+    /// The probe notes its end in mCalls, so the grabber goes first.
+    void TearDown() override {
+        Fg_FreeGrabber(handle());
+        mHandle.Master = nullptr;
+    }
+    ProbeModule& probe() {
+        if (mProbe == nullptr) {
+            mProbe = new ProbeModule(&master(), "m", mCalls);
+            master().getHeader()->addModule(mProbe, 0);
+        }
+        return *mProbe;
+    }
+    /// Makes a parameter that is visible in a group of port 0.
+    Fx3Parameter& visible(int id, FX3ParamType type, const char* name, const char* group,
+                          RegisterInfo* parent = nullptr) {
+        Fx3Parameter& record = probe().make(id, type, name);
+        record.access.visibilityFlag[0] = 1;
+        record.description.group[0] = master().getHeader()->addGroupInfo(0, parent, group);
+        return record;
+    }
+    std::string document(int port = 0) { return documentOf(handle(), port); }
+    std::string tail(int port = 0) { return tailOf(document(port)); }
+
+    std::vector<std::string> mCalls;
+    ProbeModule* mProbe = nullptr;
+};
+
+TEST(XmlNameFilterTest, LettersStayAndOthersDependOnTheirPosition) {
+    const std::pair<const char*, const char*> names[] = {
+        {"",                   ""               },
+        {"Trigger / Exsync",   "TriggerExsync"  },
+        {"Digital I/O",        "DigitalIO"      },
+        {"Reg. Direct Access", "RegDirectAccess"},
+        {"FG_KNEE_LUT0",       "FG_KNEE_LUT0"   },
+        {"8Tap",               "Tap"            },
+        {"_8Tap",              "8Tap"           },
+        {" 8Tap",              "8Tap"           },
+        {"\xC3\x84 @[`{/:-.",  ""               },
+    };
+    for (const auto& [text, name] : names) EXPECT_EQ(xmlNameFilter(text), name) << text;
+}
+
+TEST_F(XmlBuilderTest, DocumentWithoutParametersNamesModelAndVersions) {
+    master().setCameraType("Q&A <8>");
+    mFabrixBoard->setAppletVersion(4294967295u);
+    mFabrixBoard->setAppletRevision(12);
+    for (const int port : {0, 1}) {
+        EXPECT_EQ(document(port), R"(<?xml version="1.0" encoding="utf-8"?>
+
+<RegisterDescription
+ModelName="Q&amp;A &lt;8&gt;"
+VendorName="Tavolane"
+StandardNameSpace="None"
+SchemaMajorVersion="1"
+SchemaMinorVersion="0"
+SchemaSubMinorVersion="1"
+MajorVersion="4294967295"
+MinorVersion="12"
+SubMinorVersion="0"
+ProductGuid="0"
+VersionGuid="0"
+xmlns="http://www.genicam.org/GenApi/Version_1_0"
+xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance"
+xsi:schemaLocation="http://www.genicam.org/GenApi/Version_1_0 GenApiSchema_Version_1_0.xsd">
+<Category Name='Root' NameSpace='Standard'>
+<pFeature>AppletParameters</pFeature>
+</Category>
+<Category Name='AppletParameters'>
+</Category>
+<Port Name="DevicePort"></Port>
+</RegisterDescription>
+)");
+    }
+}
+
+TEST_F(XmlBuilderTest, CategoriesFollowTheIdentifiersNotTheModules) {
+    for (const unsigned port : {0u, 1u}) master().getController()->addStandardPS(port, true);
+    add<PSWindow>(INT_MAX, 1024, 1024, 16);
+    for (const int port : {0, 1}) {
+        EXPECT_EQ(tail(port), std::string(kRoot) + R"(<Category Name='AppletParameters'>
+<pFeature>ROI</pFeature>
+<pFeature>Miscellaneous</pFeature>
+</Category>
+<Category Name='ROI'>
+<pFeature>FG_WIDTH</pFeature>
+<pFeature>FG_HEIGHT</pFeature>
+<pFeature>FG_XOFFSET</pFeature>
+<pFeature>FG_YOFFSET</pFeature>
+</Category>
+<Category Name='Miscellaneous'>
+<pFeature>FG_TIMEOUT</pFeature>
+<pFeature>FG_CAMSTATUS</pFeature>
+<pFeature>FG_APPLET_ID</pFeature>
+<pFeature>FG_APPLET_VERSION</pFeature>
+<pFeature>FG_APPLET_REVISION</pFeature>
+<pFeature>FG_DMASTATUS</pFeature>
+<pFeature>FG_PLX_CLK</pFeature>
+<pFeature>FG_MEASURED_PCIE_CLK</pFeature>
+<pFeature>FG_FPGA_CLK</pFeature>
+<pFeature>FG_GLOBAL_ACCESS</pFeature>
+</Category>
+)" + kEnd);
+    }
+    const std::string text = document();
+    EXPECT_THAT(text,
+                HasSubstr("GenApiSchema_Version_1_0.xsd\">\n<IntReg Name=\"FG_WIDTH_Reg\">\n<Address>100</Address>\n"));
+    EXPECT_THAT(
+        text, HasSubstr("<pMax>FG_WIDTH_RegMax</pMax>\n<Inc>16</Inc>\n</Integer>\n<IntReg Name=\"FG_HEIGHT_Reg\">\n"));
+    EXPECT_THAT(text, HasSubstr("</FloatReg>\n<FloatReg Name=\"FG_PLX_CLK_RegMin\">\n<Address>3221249574</Address>\n"));
+    EXPECT_THAT(text, HasSubstr("<EnumEntry Name=\"RW_Change\">\n<Value>7</Value>\n</EnumEntry>\n"
+                                "<pValue>FG_GLOBAL_ACCESS_Reg</pValue>\n</Enumeration>\n\n<IntReg Name="));
+    EXPECT_THAT(text, HasSubstr("<Endianess>LittleEndian</Endianess>\n</IntReg>\n<Category Name='Root'"));
+}
+
+TEST_F(XmlBuilderTest, LeavesOutWhatCannotBeDescribed) {
+    visible(1, TYPE_INT, "FG_INTEGER", "Group");
+    visible(2, TYPE_DOUBLE, "FG_DOUBLE", "Group");
+    visible(3, TYPE_ENUM, "FG_ENUM", "Group");
+    visible(4, TYPE_STRING, "FG_TEXT", "Group");
+    visible(5, TYPE_OTHER, "FG_OTHER", "Group");
+    visible(6, TYPE_DIRECT, "FG_DIRECT", "Group");
+    visible(7, static_cast<FX3ParamType>(-1), "FG_NEGATIVE", "Group");
+    visible(8, static_cast<FX3ParamType>(6), "FG_UNKNOWN", "Group");
+    visible(9, TYPE_INT, "DRA_Register", "Group");
+    visible(10, TYPE_INT, "D R A_Register", "Group");
+    visible(11, TYPE_INT, "FG_WITH BLANK", "Group");
+    visible(12, TYPE_INT, "FG_INVISIBLE", "Group").access.visibilityFlag[0] = 0;
+    visible(13, TYPE_INT, "FG_HOMELESS", "Group").description.group[0] = nullptr;
+    visible(14, TYPE_INT, "DRAFT", "Group");
+    EXPECT_EQ(tail(), std::string(kRoot) + R"(<Category Name='AppletParameters'>
+<pFeature>Group</pFeature>
+</Category>
+<Category Name='Group'>
+<pFeature>FG_INTEGER</pFeature>
+<pFeature>FG_DOUBLE</pFeature>
+<pFeature>FG_ENUM</pFeature>
+<pFeature>DRAFT</pFeature>
+</Category>
+)" + kEnd);
+    for (const char* name :
+         {"DRA_", "TEXT", "OTHER", "DIRECT", "BLANK", "VISIBLE", "HOMELESS", "NEGATIVE", "UNKNOWN"}) {
+        EXPECT_THAT(document(), Not(HasSubstr(name)));
+    }
+    EXPECT_THAT(tail(1), Not(HasSubstr("Group"))) << "port 1 has flags and groups of its own";
+}
+
+TEST_F(XmlBuilderTest, PortHasItsOwnFlagsGroupsLimitsAndEntries) {
+    Fx3Parameter& integer = visible(1, TYPE_INT, "FG_INTEGER", "Left");
+    integer.access.visibilityFlag[1] = 1;
+    integer.access.accessFlag = {3, 2};
+    integer.description.group[1] = master().getHeader()->addGroupInfo(1, nullptr, "Right");
+    integer.data.intData->step = {1, -1};
+    const std::string port0 = document(0);
+    const std::string port1 = document(1);
+    EXPECT_THAT(port0, testing::AllOf(HasSubstr("<Inc>1</Inc>"), HasSubstr("RW"), HasSubstr("<Category Name='Left'>")));
+    EXPECT_THAT(port1, testing::AllOf(HasSubstr("<Inc>18446744073709551615</Inc>"), HasSubstr("WO"),
+                                      HasSubstr("<Category Name='Right'>")));
+}
+
+TEST_F(XmlBuilderTest, CategoriesAreMergedByTheirFilteredNamesAndFlat) {
+    Fx3Parameter& first = visible(1, TYPE_INT, "FG_A", "Digital I/O");
+    visible(2, TYPE_INT, "FG_B", "Below", first.description.group[0]);
+    visible(3, TYPE_INT, "FG_C", "DigitalIO");
+    visible(4, TYPE_INT, "FG_D", "");
+    visible(5, TYPE_INT, "FG_E", "Root");
+    visible(6, TYPE_INT, "FG_F", "- . -");
+    EXPECT_EQ(tail(), std::string(kRoot) + R"(<Category Name='AppletParameters'>
+<pFeature>DigitalIO</pFeature>
+<pFeature>Below</pFeature>
+<pFeature>Root</pFeature>
+<pFeature></pFeature>
+<pFeature>FG_D</pFeature>
+</Category>
+<Category Name='DigitalIO'>
+<pFeature>FG_A</pFeature>
+<pFeature>FG_C</pFeature>
+</Category>
+<Category Name='Below'>
+<pFeature>FG_B</pFeature>
+</Category>
+<Category Name='AppletParameters'>
+<pFeature>FG_E</pFeature>
+</Category>
+<Category Name=''>
+<pFeature>FG_F</pFeature>
+</Category>
+)" + kEnd);
+}
+
+TEST_F(XmlBuilderTest, EntriesWithoutSymbolicNameAreLeftOutAndTheLastOfAValueStays) {
+    visible(1, TYPE_ENUM, "FG_ENUM", "Group");
+    const EnumField entries[] = {
+        {"Two",       2,   "TWO"  },
+        {"None",      7,   nullptr},
+        {"Other two", 2,   "OTHER"},
+        {"One",       1,   "ONE"  },
+        {"All bits",  ~0u, "ALL"  }
+    };
+    master().getHeader()->setLimits(1, 0, entries, 5, 2, false);
+    EXPECT_THAT(document(), HasSubstr(R"(_AccessSwissKnife</pIsLocked>
+<EnumEntry Name="ALL">
+<Value>-1</Value>
+</EnumEntry>
+<EnumEntry Name="ONE">
+<Value>1</Value>
+</EnumEntry>
+<EnumEntry Name="OTHER">
+<Value>2</Value>
+</EnumEntry>
+<pValue>FG_ENUM_Reg</pValue>
+)"));
+    master().getHeader()->setLimits(1, 0, entries + 1, 1, 7, false);
+    EXPECT_THAT(document(), HasSubstr("_AccessSwissKnife</pIsLocked>\n<pValue>FG_ENUM_Reg</pValue>\n"));
+}
+
+class GroupedDigits : public std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST_F(XmlBuilderTest, NumbersIgnoreTheLocaleOfTheProcess) {
+    mFabrixBoard->setAppletVersion(123456);
+    visible(5050, TYPE_INT, "FG_INTEGER", "Group");
+    const std::string expected = document();
+    const std::locale former = std::locale::global(std::locale(std::locale::classic(), new GroupedDigits));
+    const std::string grouped = document();
+    std::locale::global(former);
+    EXPECT_EQ(grouped, expected);
+    EXPECT_THAT(expected, HasSubstr("\"123456\""));
+}
+
+TEST(XmlCategoryTest, ChildrenAndFeaturesKeepTheirOrder) {
+    using Category = ParameterInfoBuilderXML::Category;
+    Category root("Root", nullptr);
+    root.addChild(new Category("A", nullptr));
+    auto* const second = new Category("B", &root);
+    EXPECT_EQ(root.getChildCount(), 2u);
+    EXPECT_EQ(root.getChild(0u)->getName(), "A");
+    EXPECT_EQ(root.getChild("B"), second);
+    EXPECT_EQ(root.getChild("b"), nullptr);
+    EXPECT_TRUE(root.hasChild("A"));
+    EXPECT_FALSE(second->hasChild("A"));
+    for (const char* feature : {"FG_B", "FG_A", "FG_B"}) second->addFeature(feature);
+    EXPECT_EQ(second->getFeatureCount(), 3u);
+    EXPECT_EQ(second->getFeature(1), "FG_A");
+    EXPECT_TRUE(second->hasFeature("FG_B"));
+    EXPECT_FALSE(second->hasFeature("FG_"));
+}
+
+// ---- Size and copy
+
+class XmlBufferTest : public XmlBuilderTest {
+protected:
+    int ask(int port, char* buffer, size_t& size) { return Fg_getParameterInfoXML(handle(), port, buffer, &size); }
+};
+
+TEST_F(XmlBufferTest, TakesExactlyTheSizeItAskedForAndNotAByteLess) {
+    const std::string text = document();
+    size_t size = 0;
+    EXPECT_EQ(ask(0, nullptr, size), 0);
+    EXPECT_EQ(size, text.size() + 1);
+    std::vector<char> buffer(text.size() + 100, '?');
+    EXPECT_EQ(ask(0, buffer.data(), size), 0);
+    EXPECT_EQ(size, text.size() + 1);
+    EXPECT_STREQ(buffer.data(), text.c_str());
+    EXPECT_EQ(buffer[text.size() + 1], '?') << "wrote behind the size it was told";
+    for (const size_t small : {text.size(), size_t{1}, size_t{0}}) {
+        std::fill(buffer.begin(), buffer.end(), '?');
+        size = small;
+        EXPECT_EQ(ask(0, buffer.data(), size), -500) << small;
+        EXPECT_EQ(size, small);
+        EXPECT_THAT(buffer, Each('?')) << small;
+    }
+}
+
+TEST_F(XmlBufferTest, FillsTheRestOfALargerBufferWithZeros) {
+    const std::string text = document();
+    std::string buffer(text.size() + 100, '?');
+    size_t size = text.size() + 60;
+    EXPECT_EQ(ask(0, buffer.data(), size), 0);
+    EXPECT_EQ(size, text.size() + 1);
+    EXPECT_EQ(buffer, text + std::string(60, '\0') + std::string(40, '?'));
+}
+
+TEST_F(XmlBufferTest, RefusedCallsTouchNothing) {
+    char buffer[] = "untouched";
+    for (const int port : {-1, 2, 4, INT_MAX, INT_MIN}) {
+        for (const size_t given : {size_t{0}, sizeof(buffer)}) {
+            size_t size = given;
+            EXPECT_EQ(ask(port, buffer, size), -61) << port;
+            EXPECT_EQ(ask(port, nullptr, size), -61) << port;
+            EXPECT_EQ(size, given);
+        }
+    }
+    EXPECT_EQ(Fg_getParameterInfoXML(handle(), 0, buffer, nullptr), -2070);
+    EXPECT_EQ(Fg_getParameterInfoXML(handle(), 0, nullptr, nullptr), -2070);
+    EXPECT_STREQ(buffer, "untouched");
+}
+
+TEST_F(XmlBufferTest, LeavesErrorHardwareAndDescriptionsAlone) {
+    visible(1, TYPE_INT, "FG_INTEGER", "Group");
+    EXPECT_EQ(set(4711, 1), -2070);
+    board.clearEvents();
+    EXPECT_THAT(document(), HasSubstr("FG_INTEGER"));
+    size_t size = 0;
+    EXPECT_EQ(ask(7, nullptr, size), -61);
+    EXPECT_EQ(lastError(), -2070);
+    EXPECT_THAT(board.events, IsEmpty());
+    EXPECT_THAT(mCalls, IsEmpty()) << "modules were asked";
+}
+
+}  // namespace

@@ -1,0 +1,327 @@
+#include <set>
+#include <sstream>
+
+#include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
+#include "tests/core/GrabberTest.h"
+#include "tests/core/ProbeModule.h"
+
+namespace {
+
+/// Records to describe, and the text that the generator writes of them.
+class XmlGeneratorTest : public ModuleTest {
+protected:
+    XmlGeneratorTest() : mModule(new ProbeModule(&master(), "m", mCalls)) {
+        master().getHeader()->addModule(mModule, 0);
+    }
+
+    /// The probe notes its end in mCalls, so the grabber goes first.
+    void TearDown() override {
+        Fg_FreeGrabber(handle());
+        mHandle.Master = nullptr;
+    }
+    Fx3Parameter& make(int id, FX3ParamType type, const char* name, const char* description = "") {
+        Fx3Parameter& record = mModule->make(id, type, name);
+        record.setDescr(description);
+        return record;
+    }
+    /// \return the group of a record with these values, on port 0 unless told otherwise
+    template <class... Values>
+    std::string group(const Fx3Parameter& record, const Values&... values) {
+        std::ostringstream out;
+        ParameterInfoGeneratorXML(out, mPort, mNames).infoGenerate(record, values...);
+        return out.str();
+    }
+    std::string integerGroup(const Fx3Parameter& record, uint64_t inc = 16) {
+        return group(record, uint64_t{1024}, uint64_t{32}, uint64_t{65536}, inc);
+    }
+
+    int mPort = 0;
+    std::set<std::string> mNames;
+    std::vector<std::string> mCalls;
+    ProbeModule* mModule;
+};
+
+TEST(XmlStringFilterTest, FiveCharactersBecomeEntities) {
+    EXPECT_EQ(xmlStringFilter(""), "");
+    EXPECT_EQ(xmlStringFilter("Flash & ExSync: a<b, b>a, \"x\", 'y'"),
+              "Flash &amp; ExSync: a&lt;b, b&gt;a, &quot;x&quot;, &apos;y&apos;");
+    EXPECT_EQ(xmlStringFilter("&lt;"), "&amp;lt;") << "nothing is taken for an entity already";
+    EXPECT_EQ(xmlStringFilter("\t\xC2\xB5s \x01\xFF"), "\t\xC2\xB5s \x01\xFF");
+}
+
+TEST_F(XmlGeneratorTest, IntegerGroup) {
+    Fx3Parameter& width = make(100, TYPE_INT, "FG_WIDTH", "Width & 'more'");
+    EXPECT_EQ(integerGroup(width), R"(<IntReg Name="FG_WIDTH_Reg">
+<Address>100</Address>
+<Length>4</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+<IntReg Name="FG_WIDTH_RegMin">
+<Address>3221225572</Address>
+<Length>4</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+<IntReg Name="FG_WIDTH_RegMax">
+<Address>1073741924</Address>
+<Length>4</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+<IntSwissKnife Name="FG_WIDTH_AccessSwissKnife">
+<pVariable Name="ACCESSMODE">FG_WIDTH_RegAccess</pVariable>
+<Formula>(ACCESSMODE &lt; 2) ? 1 : 0</Formula>
+</IntSwissKnife>
+<IntReg Name="FG_WIDTH_RegAccess">
+<Address>2147483748</Address>
+<Length>4</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+<Integer Name='FG_WIDTH'>
+<Description>Width &amp; &apos;more&apos;</Description>
+<pIsLocked>FG_WIDTH_AccessSwissKnife</pIsLocked>
+<pValue>FG_WIDTH_Reg</pValue>
+<pMin>FG_WIDTH_RegMin</pMin>
+<pMax>FG_WIDTH_RegMax</pMax>
+<Inc>16</Inc>
+</Integer>)");
+}
+
+TEST_F(XmlGeneratorTest, FloatGroup) {
+    Fx3Parameter& rate = make(90, TYPE_DOUBLE, "FG_FRAMESPERSEC", "Rate.");
+    EXPECT_EQ(group(rate, 8.0, 0.5, 1e6, 0.25), R"(<FloatReg Name="FG_FRAMESPERSEC_Reg">
+<Address>90</Address>
+<Length>8</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+<Endianess>LittleEndian</Endianess>
+</FloatReg>
+<FloatReg Name="FG_FRAMESPERSEC_RegMin">
+<Address>3221225562</Address>
+<Length>8</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Endianess>LittleEndian</Endianess>
+</FloatReg>
+<FloatReg Name="FG_FRAMESPERSEC_RegMax">
+<Address>1073741914</Address>
+<Length>8</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Endianess>LittleEndian</Endianess>
+</FloatReg>
+<IntSwissKnife Name="FG_FRAMESPERSEC_AccessSwissKnife">
+<pVariable Name="ACCESSMODE">FG_FRAMESPERSEC_RegAccess</pVariable>
+<Formula>(ACCESSMODE &lt; 2) ? 1 : 0</Formula>
+</IntSwissKnife>
+<IntReg Name="FG_FRAMESPERSEC_RegAccess">
+<Address>2147483738</Address>
+<Length>4</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+<Float Name="FG_FRAMESPERSEC">
+<Description>Rate.</Description>
+<pIsLocked>FG_FRAMESPERSEC_AccessSwissKnife</pIsLocked>
+<pValue>FG_FRAMESPERSEC_Reg</pValue>
+<pMin>FG_FRAMESPERSEC_RegMin</pMin>
+<pMax>FG_FRAMESPERSEC_RegMax</pMax>
+</Float>)");
+}
+
+constexpr const char* kModeAccess = R"(<IntSwissKnife Name="FG_MODE_AccessSwissKnife">
+<pVariable Name="ACCESSMODE">FG_MODE_RegAccess</pVariable>
+<Formula>(ACCESSMODE &lt; 2) ? 1 : 0</Formula>
+</IntSwissKnife>
+<IntReg Name="FG_MODE_RegAccess">
+<Address>2147488698</Address>
+<Length>4</Length>
+<AccessMode>RO</AccessMode>
+<pPort>DevicePort</pPort>
+<Cachable>NoCache</Cachable>
+<PollingTime>500</PollingTime>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+)";
+
+constexpr const char* kModeRegister = R"(<IntReg Name="FG_MODE_Reg">
+<Address>5050</Address>
+<Length>4</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+<Sign>Unsigned</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>)";
+
+TEST_F(XmlGeneratorTest, EnumerationGroupHasItsEntriesInOrderOfTheirValues) {
+    Fx3Parameter& mode = make(5050, TYPE_ENUM, "FG_MODE", "Mode.");
+    const std::map<int, std::string> entries{
+        {8,  "FG_B"},
+        {-1, "A<B" },
+        {0,  "FG_A"}
+    };
+    EXPECT_EQ(group(mode, 8, entries), std::string(kModeAccess) + R"(<Enumeration Name='FG_MODE'>
+<Description>Mode.</Description>
+<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
+<EnumEntry Name="A&lt;B">
+<Value>-1</Value>
+</EnumEntry>
+<EnumEntry Name="FG_A">
+<Value>0</Value>
+</EnumEntry>
+<EnumEntry Name="FG_B">
+<Value>8</Value>
+</EnumEntry>
+<pValue>FG_MODE_Reg</pValue>
+</Enumeration>
+
+)" + kModeRegister);
+}
+
+TEST_F(XmlGeneratorTest, EnumerationGroupWithoutEntries) {
+    Fx3Parameter& mode = make(5050, TYPE_ENUM, "FG_MODE");
+    EXPECT_EQ(group(mode, 0, std::map<int, std::string>{}), std::string(kModeAccess) + R"(<Enumeration Name='FG_MODE'>
+<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
+<pValue>FG_MODE_Reg</pValue>
+</Enumeration>
+
+)" + kModeRegister);
+}
+
+TEST_F(XmlGeneratorTest, ReadOnlyParameterLooksLikeOthersAndIsLockedAtRunTime) {
+    Fx3Parameter& width = make(100, TYPE_INT, "FG_WIDTH");
+    const std::string writable = integerGroup(width);
+    EXPECT_THAT(writable, testing::HasSubstr("<Integer Name='FG_WIDTH'>\n<pIsLocked>")) << "no description, no line";
+    for (const int access : {1, 7}) {
+        width.access.accessFlag = {access, 0};
+        EXPECT_EQ(integerGroup(width), writable) << access;
+    }
+}
+
+TEST_F(XmlGeneratorTest, OnlyAParameterThatCannotBeReadIsWriteOnlyOnItsPort) {
+    Fx3Parameter& width = make(100, TYPE_INT, "FG_WIDTH");
+    const std::string readable = "<Length>4</Length>\n<AccessMode>RW</AccessMode>\n";
+    const std::string writeOnly = "<Length>4</Length>\n<AccessMode>WO</AccessMode>\n";
+    for (const int access : {0, 2, 6}) {
+        width.access.accessFlag = {access, 1};
+        mPort = 0;
+        EXPECT_THAT(integerGroup(width), testing::HasSubstr(writeOnly)) << access;
+        EXPECT_THAT(integerGroup(width), testing::Not(testing::HasSubstr(readable))) << access;
+        mPort = 1;
+        EXPECT_THAT(integerGroup(width), testing::HasSubstr(readable)) << access;
+    }
+}
+
+TEST_F(XmlGeneratorTest, AddressesHoldIdentifierAndSelectorAtBothEnds) {
+    struct Addresses {
+        int id;
+        const char *value, *minimum, *maximum, *access;
+    };
+    constexpr Addresses kExpected[] = {
+        {0,          "<Address>0<",          "<Address>3221225472<", "<Address>1073741824<", "<Address>2147483648<"},
+        {1073741823, "<Address>1073741823<", "<Address>4294967295<", "<Address>2147483647<", "<Address>3221225471<"},
+    };
+    for (const Addresses& expected : kExpected) {
+        const std::string text = integerGroup(make(expected.id, TYPE_INT, "FG_EDGE"));
+        for (const char* address : {expected.value, expected.minimum, expected.maximum, expected.access}) {
+            EXPECT_THAT(text, testing::HasSubstr(address)) << expected.id;
+        }
+    }
+}
+
+TEST_F(XmlGeneratorTest, IncrementIsAnUnsigned64BitNumber) {
+    Fx3Parameter& width = make(100, TYPE_INT, "FG_WIDTH");
+    EXPECT_THAT(integerGroup(width, 0), testing::HasSubstr("\n<Inc>0</Inc>\n"));
+    EXPECT_THAT(integerGroup(width, 18446744073709551615u), testing::HasSubstr("\n<Inc>18446744073709551615</Inc>\n"));
+}
+
+TEST_F(XmlGeneratorTest, TextGroupIsOneRegister) {
+    Fx3Parameter& mode = make(5050, TYPE_STRING, "FG_MODE", "Name.");
+    EXPECT_EQ(group(mode, std::string("a.lut"), std::string("*.lut")),
+              std::string(kModeAccess) + R"(<StringReg Name="FG_MODE">
+<Description>Name.</Description>
+<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
+<Address>5050</Address>
+<Length>4096</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+</StringReg>)");
+}
+
+constexpr const char* kModeSelector = R"(<Integer Name='FG_MODE_Selector'>
+<Value>0</Value>
+<Min>0</Min>
+<Max>2</Max>
+<Inc>1</Inc>
+<pSelect>FG_MODE_Reg</pSelect>
+</Integer>)";
+
+TEST_F(XmlGeneratorTest, IntegerFieldGroupHasASelector) {
+    Fx3Parameter& mode = make(5050, TYPE_OTHER, "FG_MODE");
+    EXPECT_EQ(group(mode, std::vector<uint64_t>(3), uint64_t{1}, uint64_t{18446744073709551615u}, uint64_t{2}),
+              std::string(kModeSelector) + R"(<IntReg Name="FG_MODE_Reg">
+<Address>5050</Address>
+<Length>4</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+<Sign>Signed</Sign>
+<Endianess>LittleEndian</Endianess>
+</IntReg>
+)" + kModeAccess + R"(<Integer Name='FG_MODE'>
+<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
+<pValue>FG_MODE_Reg</pValue>
+<Min>1</Min>
+<Max>18446744073709551615</Max>
+<Inc>2</Inc>
+</Integer>)");
+    EXPECT_THAT(group(mode, std::vector<uint64_t>(1), uint64_t{0}, uint64_t{1}, uint64_t{1}),
+                testing::HasSubstr("<Max>0</Max>\n<Inc>1</Inc>\n<pSelect>"));
+}
+
+TEST_F(XmlGeneratorTest, FloatFieldGroupHasLimitsOfSixteenDigits) {
+    Fx3Parameter& mode = make(5050, TYPE_OTHER, "FG_MODE", "Points.");
+    EXPECT_EQ(group(mode, std::vector<double>(3), 0.1, 12345678.125, 0.5),
+              std::string(kModeSelector) + R"(<FloatReg Name="FG_MODE_Reg">
+<Address>5050</Address>
+<Length>8</Length>
+<AccessMode>RW</AccessMode>
+<pPort>DevicePort</pPort>
+<Endianess>LittleEndian</Endianess>
+</FloatReg>
+)" + kModeAccess + R"(<Float Name="FG_MODE">
+<Description>Points.</Description>
+<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
+<pValue>FG_MODE_Reg</pValue>
+<Min>0.1</Min>
+<Max>12345678.125</Max>
+</Float>)");
+    const std::string extremes = group(mode, std::vector<double>(1), 1.0 / 3, 1e300, 0.0);
+    EXPECT_THAT(extremes, testing::HasSubstr("<Min>0.3333333333333333</Min>\n<Max>1e+300</Max>\n"));
+}
+
+}  // namespace

@@ -1,0 +1,263 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tool/GrayPicture.h"
+#include "tool/ToolRun.h"
+
+namespace tooltest {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+const std::string kDemoPictures = QUILLON_SOURCE "/simulation/pictures";
+
+/// Pictures arrive as fast as the machine makes them.
+const Environment kFast{
+    {"TAVO_SIM_MODE", "fast"}
+};
+
+struct Window {
+    uint32_t width, height, x, y;
+};
+
+Arguments acquireArguments(const std::string& camera, const std::string& output, int count, const Window& window) {
+    return {"acquire",
+            "--camera",
+            camera,
+            "--output",
+            output,
+            "-n",
+            std::to_string(count),
+            "--set",
+            std::string("FG_WIDTH=") + std::to_string(window.width),
+            "--set",
+            std::string("height=") + std::to_string(window.height),
+            "--set",
+            std::string("fg_xoffset=") + std::to_string(window.x),
+            "--set",
+            std::string("YOffset=") + std::to_string(window.y)};
+}
+
+/// The window of every input picture; the test is worth something only when no two of them are equal.
+std::vector<GrayPicture> cropsOf(const std::vector<GrayPicture>& inputs, const Window& window) {
+    std::vector<GrayPicture> crops;
+    for (const GrayPicture& input : inputs) {
+        crops.push_back(input.crop(window.x, window.y, window.width, window.height));
+    }
+    return crops;
+}
+
+class AcquireTest : public testing::Test {
+protected:
+    /// Acquires \p count pictures and expects the window of one input after another, from the first one on.
+    void expectCrops(const std::string& camera, const std::string& ending, int count, const Window& window) {
+        const std::vector<GrayPicture> crops = cropsOf(readFolder(camera), window);
+        ASSERT_FALSE(crops.empty());
+        for (size_t i = 1; i < crops.size(); ++i) ASSERT_NE(crops[i], crops[i - 1]);
+        const std::filesystem::path folder = mFolder / ("out-" + ending);
+        const ToolResult result =
+            runTool(acquireArguments(camera, (folder / ("frame_%03d." + ending)).string(), count, window), kFast);
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_THAT(result.output, HasSubstr(std::to_string(count) + " of " + std::to_string(count)));
+        ASSERT_THAT(filesIn(folder), SizeIs(count));
+        for (int number = 1; number <= count; ++number) {
+            char name[32];
+            snprintf(name, sizeof(name), "frame_%03d.", number);
+            SCOPED_TRACE(name);
+            const GrayPicture written = readPicture(folder / (name + ending));
+            EXPECT_EQ(written, crops[static_cast<size_t>(number - 1) % crops.size()]);
+        }
+    }
+
+    /// Makes a camera folder of different textures.
+    std::string textures(int count, uint32_t width, uint32_t height) {
+        const std::filesystem::path folder = mFolder / "camera";
+        std::filesystem::create_directory(folder);
+        for (int i = 0; i < count; ++i) {
+            writePgm(folder / (std::string("t") + std::to_string(i) + ".pgm"),
+                     makeTexture(width, height, static_cast<uint32_t>(i)));
+        }
+        return folder.string();
+    }
+
+    std::string outputPattern() const { return (mFolder / "out/p%d.pgm").string(); }
+    std::vector<std::string> outputs() const { return filesIn(mFolder / "out"); }
+
+    TemporaryFolder mFolder;
+};
+
+TEST_F(AcquireTest, DemoPicturesArriveCutAsSet) {
+    const std::vector<GrayPicture> inputs = readFolder(kDemoPictures);
+    ASSERT_FALSE(inputs.empty());
+    const uint32_t width = inputs.front().width / 2 / 16 * 16;
+    const uint32_t height = inputs.front().height / 2 + 1;
+    const auto count = static_cast<int>(inputs.size()) + 3;
+    expectCrops(kDemoPictures, "png", count, {width, height, 16, 7});
+    expectCrops(kDemoPictures, "pgm", count, {width, height, 48, 13});
+}
+
+TEST_F(AcquireTest, EveryPartOfTheSensorIsExact) {
+    const std::string camera = textures(3, 208, 101);
+    for (const Window& window : {
+             Window{208, 101, 0,   0  },
+             {32,  1,   0,   0  },
+             {32,  1,   176, 100},
+             {64,  99,  144, 2  }
+    }) {
+        SCOPED_TRACE(testing::Message() << window.width << 'x' << window.height << '+' << window.x << '+' << window.y);
+        expectCrops(camera, "pgm", 4, window);
+        std::filesystem::remove_all(mFolder / "out-pgm");
+    }
+}
+
+TEST_F(AcquireTest, WindowBeyondTheSensorIsFilledWithZeros) {
+    expectCrops(textures(2, 96, 40), "png", 3, {128, 70, 32, 25});
+}
+
+TEST_F(AcquireTest, SinglePictureNeedsNoNumberAndReplacesAnOlderFile) {
+    const std::string camera = textures(1, 64, 48);
+    const std::string output = (mFolder / "one.pgm").string();
+    writePgm(output, makeTexture(3, 3, 9));
+    ASSERT_EQ(runTool(acquireArguments(camera, output, 1, {64, 48, 0, 0}), kFast).exitCode, 0);
+    EXPECT_EQ(readPicture(output), makeTexture(64, 48, 0));
+    EXPECT_THAT(filesIn(mFolder.path()), testing::ElementsAre("camera", "one.pgm"));
+}
+
+TEST_F(AcquireTest, FewBuffersStillGiveWholePicturesAndCountTheRest) {
+    const std::string camera = textures(3, 256, 256);
+    Arguments arguments = acquireArguments(camera, outputPattern(), 200, {256, 256, 0, 0});
+    arguments.insert(arguments.end(), {"--buffers", "2"});
+    const ToolResult result = runTool(arguments, kFast);
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    ASSERT_THAT(outputs(), Not(IsEmpty()));
+    for (const std::string& name : outputs()) {
+        const int number = std::stoi(name.substr(1));
+        EXPECT_EQ(readPicture(mFolder / "out" / name), makeTexture(256, 256, static_cast<uint32_t>(number - 1) % 3));
+    }
+    // What was not saved is accounted for.
+    const auto missed = 200 - outputs().size();
+    EXPECT_THAT(result.output, HasSubstr(std::string("lost      ") + std::to_string(missed)));
+    EXPECT_THAT(result.output, HasSubstr(std::string("pictures  ") + std::to_string(outputs().size()) + " of 200"));
+}
+
+TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
+    const std::string camera = textures(2, 64, 64);
+    ToolProcess tool(toolPath(), acquireArguments(camera, outputPattern(), 0, {64, 64, 0, 0}), kFast);
+    for (int i = 0; i < 2000 && outputs().size() < 5; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    tool.signal(SIGINT);
+    const ToolResult result = tool.finish();
+    EXPECT_EQ(result.exitCode, 130);
+    EXPECT_THAT(result.output, AllOf(HasSubstr("pictures"), HasSubstr("MB/s"), HasSubstr("lost")));
+    EXPECT_THAT(outputs(), AllOf(Not(IsEmpty()), Each(AllOf(StartsWith("p"), EndsWith(".pgm")))));
+    for (const std::string& name : outputs()) {
+        const auto seed = static_cast<uint32_t>(std::stoi(name.substr(1)) - 1) % 2;
+        EXPECT_EQ(readPicture(mFolder / "out" / name), makeTexture(64, 64, seed)) << name;
+    }
+}
+
+TEST_F(AcquireTest, InterruptEndsAWaitForASilentCamera) {
+    ToolProcess tool(toolPath(),
+                     {
+                         "acquire", "--timeout", "600"
+    },
+                     {{"TAVO_SIM_LINK", "0"}});
+    // Early or late: the order to stop is not lost.
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    tool.signal(SIGTERM);
+    EXPECT_EQ(tool.finish().exitCode, 143);
+}
+
+TEST_F(AcquireTest, ClosedLinkEndsWithATimeOut) {
+    const ToolResult result = runTool(
+        {
+            "acquire", "--timeout", "1"
+    },
+        {{"TAVO_SIM_LINK", "0"}});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("picture 1 did not arrive within 1 s"), HasSubstr("link is closed")));
+    EXPECT_THAT(result.output, HasSubstr("pictures  0 of 1"));
+}
+
+TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
+    // A limit on the size of a file fails a write in its middle, as a full disk does.
+    const std::string camera = textures(1, 256, 256);
+    for (const std::string ending : {"pgm", "png"}) {
+        const ToolResult result =
+            runShell("ulimit -f 8; exec \"$1\" acquire -n 3 --camera " + camera +
+                     " --set WIDTH=256 HEIGHT=256 --output " + (mFolder / ("out/p%d." + ending)).string());
+        EXPECT_EQ(result.exitCode, 3);
+        EXPECT_THAT(result.errors, AllOf(HasSubstr("p1." + ending), HasSubstr("File too large")));
+        EXPECT_THAT(outputs(), IsEmpty());
+        EXPECT_THAT(result.output, HasSubstr("pictures  0 of 3"));
+    }
+}
+
+TEST_F(AcquireTest, UnusableOutputsAreRefusedBeforeTheBoardOpens) {
+    writePgm(mFolder / "file", makeTexture(1, 1, 0));
+    const std::string file = (mFolder / "file").string();
+    const ToolResult result = runTool({"acquire", "--output", file + "/p.png"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("cannot create the output folder " + file));
+    for (const std::string pattern : {"p.png", "p%d.tif", "p%d", "p%s.png", "p%d_%d.png", "p%", "p%99999999999d.png"}) {
+        SCOPED_TRACE(pattern);
+        const ToolResult refused = runTool({"acquire", "-n", "2", "--output", (mFolder / pattern).string()});
+        EXPECT_EQ(refused.exitCode, 2);
+        EXPECT_THAT(refused.errors, HasSubstr(pattern));
+    }
+}
+
+TEST_F(AcquireTest, CameraFoldersWithoutUsablePicturesAreRefusedByName) {
+    std::filesystem::create_directory(mFolder / "empty");
+    std::filesystem::create_directory(mFolder / "broken");
+    std::filesystem::copy(kDemoPictures, mFolder / "broken");
+    const std::string victim = "gears_3.png";
+    std::filesystem::resize_file(mFolder / "broken" / victim, 60);
+    const std::string sizes = textures(2, 64, 64);
+    writePgm(std::filesystem::path(sizes) / "t2.pgm", makeTexture(80, 64, 1));
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {(mFolder / "absent").string(), "absent"},
+        {(mFolder / "empty").string(),  "empty" },
+        {(mFolder / "broken").string(), victim  },
+        {sizes,                         "t2.pgm"},
+    };
+    for (const auto& [folder, named] : cases) {
+        SCOPED_TRACE(folder);
+        const ToolResult result = runTool({"acquire", "--camera", folder});
+        EXPECT_EQ(result.exitCode, 3);
+        EXPECT_THAT(result.errors, HasSubstr(named));
+    }
+}
+
+TEST_F(AcquireTest, BuffersBeyondTheMemoryAreRefusedWithTheirSize) {
+    const ToolResult result = runTool({"acquire", "--set", "WIDTH=65536", "HEIGHT=65535", "--buffers", "1048576"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("65536 x 65535"), HasSubstr("4.5 PB"), HasSubstr("--buffers")));
+}
+
+TEST_F(AcquireTest, BoardFaultsEndWithTheirCode) {
+    const ToolResult result = runTool(
+        {
+            "acquire"
+    },
+        {{"TAVO_SIM_FAULT", "TavoDmaStartRead:1:-42"}});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("does not start"), HasSubstr("-42")));
+}
+
+}  // namespace
+}  // namespace tooltest

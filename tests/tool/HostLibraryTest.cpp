@@ -1,0 +1,166 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+#include <optional>
+#include <set>
+#include <thread>
+
+#include "host/Acquisition.h"
+#include "host/AppletLibrary.h"
+#include "host/BufferSet.h"
+#include "host/Grabber.h"
+#include "host/HostError.h"
+#include "host/ParameterCatalogue.h"
+#include "host/ResultCodes.h"
+
+namespace tooltest {
+namespace {
+
+using namespace quillon::host;
+
+const char* const kApplet = QUILLON_STAGE "/Hardware Applets/fabrixIV/libQuillon.so";
+
+class HostLibraryTest : public testing::Test {
+protected:
+    size_t windowBytes() {
+        EXPECT_EQ(mGrabber.write(FG_WIDTH, 64), 0);
+        EXPECT_EQ(mGrabber.write(FG_HEIGHT, 32), 0);
+        return 64 * 32;
+    }
+
+    AppletLibrary mApplet{kApplet};
+    Grabber mGrabber{mApplet};
+};
+
+TEST_F(HostLibraryTest, TypedAccessAnswersWithTheAppletsCodes) {
+    int32_t width = 0;
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 512), FG_OK);
+    EXPECT_EQ(mGrabber.read(FG_WIDTH, width), FG_OK);
+    EXPECT_EQ(width, 512);
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 500), FG_NOT_A_STEP);
+    EXPECT_EQ(mGrabber.lastError(), FG_NOT_A_STEP);
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 512.0), FG_INVALID_ARGUMENT);
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 512, 1), FG_INVALID_PORT);
+    double revision = 0;
+    EXPECT_EQ(mGrabber.read(FG_REVNR, revision), FG_OK);
+    EXPECT_EQ(revision, 3.008);
+    int32_t minimum = 0;
+    int32_t maximum = 0;
+    EXPECT_EQ(mGrabber.limits(FG_WIDTH, minimum, maximum), FG_OK);
+    EXPECT_EQ(minimum, 32);
+    EXPECT_EQ(maximum, 65536);
+    EXPECT_EQ(mGrabber.access(FG_WIDTH), 3);
+    EXPECT_EQ(mGrabber.limitWidth(FG_WIDTH), 4U);
+    EXPECT_EQ(mGrabber.limitWidth(FG_FPGA_CLK), 8U);
+    EXPECT_EQ(mGrabber.limitWidth(FG_DOC_URL), 0U);
+}
+
+TEST_F(HostLibraryTest, CatalogueHoldsEveryParameterOnce) {
+    const ParameterCatalogue catalogue(mGrabber);
+    std::set<int> ids;
+    for (const ParameterInfo& parameter : catalogue.parameters()) EXPECT_TRUE(ids.insert(parameter.id).second);
+    EXPECT_EQ(static_cast<int>(ids.size()), mGrabber.functions().getNrOfParameter(mGrabber.handle()));
+    const ParameterInfo* access = catalogue.find("global_access");
+    ASSERT_NE(access, nullptr);
+    EXPECT_EQ(access->type, ParameterType::Enumeration);
+    ASSERT_EQ(access->entries.size(), 4U);
+    EXPECT_EQ(access->entries[2].value, 3);
+    EXPECT_EQ(access->entries[2].displayName, "Read Write");
+    EXPECT_EQ(access->group, "Miscellaneous");
+    EXPECT_EQ(catalogue.find("FG_"), nullptr);
+    EXPECT_EQ(catalogue.find(""), nullptr);
+}
+
+TEST_F(HostLibraryTest, BuffersThatCannotBeAreRefused) {
+    EXPECT_THROW(BufferSet(mGrabber, 0, 1), HostError);
+    EXPECT_THROW(BufferSet(mGrabber, 16, 0), HostError);
+    EXPECT_THROW(BufferSet(mGrabber, std::numeric_limits<size_t>::max() / 2, 3), HostError);
+    EXPECT_THROW(BufferSet(mGrabber, std::numeric_limits<size_t>::max() / 2 + 1, 1), HostError);
+}
+
+TEST_F(HostLibraryTest, FramesCarryNumberTagLengthAndTime) {
+    const BufferSet buffers(mGrabber, windowBytes(), 8);
+    Acquisition acquisition(mGrabber, buffers, 8);
+    ASSERT_GE(acquisition.waitFor(8, 10), 8);
+    for (frameindex_t number = 2; number <= 8; ++number) {
+        const Frame before = acquisition.frame(number - 1);
+        const Frame frame = acquisition.frame(number);
+        EXPECT_EQ(frame.number, number);
+        EXPECT_EQ(frame.length, buffers.bytes());
+        EXPECT_EQ(frame.bytes.size(), buffers.bytes());
+        EXPECT_GT(frame.tag, before.tag);
+        EXPECT_GT(frame.timeStamp, before.timeStamp);
+        EXPECT_FALSE(acquisition.isOverwritten(number));
+    }
+    EXPECT_EQ(acquisition.stop(), FG_OK);
+    EXPECT_EQ(acquisition.stop(), FG_OK);
+}
+
+TEST_F(HostLibraryTest, BufferOfAnEarlierPictureCountsAsOverwritten) {
+    const BufferSet buffers(mGrabber, windowBytes(), 4);
+    Acquisition acquisition(mGrabber, buffers, 6);
+    ASSERT_EQ(acquisition.waitFor(6, 10), 6);
+    EXPECT_TRUE(acquisition.isOverwritten(2));
+    EXPECT_FALSE(acquisition.isOverwritten(3));
+    EXPECT_TRUE(acquisition.isOverwritten(7));
+}
+
+TEST_F(HostLibraryTest, PictureLargerThanItsBufferStaysInside) {
+    const size_t whole = windowBytes();
+    const BufferSet buffers(mGrabber, whole / 2, 2);
+    Acquisition acquisition(mGrabber, buffers, 2);
+    ASSERT_EQ(acquisition.waitFor(2, 10), 2);
+    EXPECT_EQ(acquisition.frame(1).bytes.size(), whole / 2);
+}
+
+TEST_F(HostLibraryTest, StopFromAnotherThreadEndsAWait) {
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    Acquisition acquisition(mGrabber, buffers, 1);
+    ASSERT_EQ(acquisition.waitFor(1, 10), 1);
+    acquisition.stop();
+
+    Acquisition endless(mGrabber, buffers, std::numeric_limits<frameindex_t>::max());
+    std::thread stopper([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        endless.stop();
+    });
+    EXPECT_LT(endless.waitFor(std::numeric_limits<frameindex_t>::max(), 600), 0);
+    stopper.join();
+}
+
+TEST_F(HostLibraryTest, SecondAcquisitionIsRefusedAndLeavesTheFirstRunning) {
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    Acquisition first(mGrabber, buffers, std::numeric_limits<frameindex_t>::max());
+    try {
+        const Acquisition second(mGrabber, buffers, 1);
+        FAIL() << "started twice";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.code(), FG_ALREADY_STARTED);
+    }
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_ACQUISITION_RUNNING);
+    EXPECT_GE(first.waitFor(3, 10), 3);
+}
+
+TEST_F(HostLibraryTest, ParametersCanChangeAgainAfterAnAcquisitionWentOutOfScope) {
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    std::optional<Acquisition> acquisition(std::in_place, mGrabber, buffers, 5);
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_ACQUISITION_RUNNING);
+    acquisition.reset();
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_OK);
+}
+
+TEST(ResultCodesTest, EveryRowIsCompleteAndFoundByItsCode) {
+    std::set<std::string> names;
+    for (const ResultCodeRow& row : resultCodes()) {
+        EXPECT_EQ(findResultCode(row.code), &row);
+        EXPECT_TRUE(names.insert(row.name).second);
+    }
+    EXPECT_EQ(describeResultCode(-61).substr(0, 21), "FG_INVALID_PORT (-61)");
+    EXPECT_EQ(findResultCode(-12345), nullptr);
+    EXPECT_THAT(describeResultCode(-12345), testing::HasSubstr("-12345"));
+}
+
+}  // namespace
+}  // namespace tooltest

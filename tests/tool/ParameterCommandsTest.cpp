@@ -1,0 +1,131 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tool/ToolRun.h"
+
+namespace tooltest {
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+struct RefusalCase {
+    Arguments settings;
+    int exitCode;
+    std::vector<std::string> texts;
+};
+
+TEST(ParameterCommandsTest, RefusalsNameValueLimitAndRemedy) {
+    const std::vector<RefusalCase> cases{
+        {{"FG_WIDTH=1000"},
+         1,                                          {"FG_WIDTH = 1000 refused: not a multiple of the step 16 [pixels]; nearest allowed: 992 or 1008"}},
+        {{"FG_WIDTH=33"},                         1, {"nearest allowed: 32 or 48"}                                                                    },
+        {{"width=16"},                            1, {"FG_WIDTH = 16 refused: below the minimum 32 [pixels]", "32 to 65536 [pixels]"}                 },
+        {{"width=65552"},                         1, {"above the maximum 65536 [pixels]"}                                                             },
+        {{"FG_HEIGHT=65536"},                     1, {"FG_HEIGHT = 65536 refused: above the maximum 65535 [pixels]", "1 to 65535"}                    },
+        {{"FG_XOFFSET=-16"},                      1, {"FG_XOFFSET = -16 refused: below the minimum 0 [pixels]"}                                       },
+        {{"FG_TIMEOUT=1"},                        1, {"FG_TIMEOUT = 1 refused: below the minimum 2 [s]"}                                              },
+        {{"FG_CAMSTATUS=1"},                      1, {"FG_CAMSTATUS = 1 refused", "cannot be written"}                                                },
+        {{"FG_GLOBAL_ACCESS=5"},                  1, {"FG_GLOBAL_ACCESS = 5 refused: no such entry", "RO (1)"}                                        },
+        {{"FG_GLOBAL_ACCESS=ro", "FG_WIDTH=512"}, 1, {"FG_WIDTH = 512 refused", "FG_GLOBAL_ACCESS=NONE"}                                              },
+        {{"FG_GLOBAL_ACCESS=most"},               2, {"FG_GLOBAL_ACCESS = most refused: no such entry", "RW_Change (7)"}                              },
+        {{"FG_WIDTH=wide"},                       2, {"FG_WIDTH = wide refused: not a whole number"}                                                  },
+        {{"FG_WIDTH="},                           2, {"FG_WIDTH =  refused: not a whole number"}                                                      },
+        {{"FG_WIDTH=512.0"},                      2, {"not a whole number"}                                                                           },
+        {{"FG_WIDTH=4294967808"},                 2, {"FG_WIDTH = 4294967808 refused: not a whole number"}                                            },
+        {{"FG_WIDHT=512"},                        2, {"there is no parameter 'FG_WIDHT'; did you mean FG_WIDTH"}                                      },
+        {{"FG_QQQQQQQQ=1"},                       2, {"there is no parameter 'FG_QQQQQQQQ'; 'quillon list'"}                                          },
+        {{"FG_WIDTH"},                            2, {"'FG_WIDTH' is no setting; write NAME=VALUE"}                                                   },
+    };
+    for (const RefusalCase& row : cases) {
+        Arguments arguments{"acquire", "--set"};
+        arguments.insert(arguments.end(), row.settings.begin(), row.settings.end());
+        SCOPED_TRACE(row.settings.back());
+        const ToolResult result = runTool(arguments);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        for (const std::string& text : row.texts) EXPECT_THAT(result.errors, HasSubstr(text));
+        EXPECT_THAT(result.output, IsEmpty());
+    }
+}
+
+TEST(ParameterCommandsTest, EnumerationEntriesAreTakenByEveryName) {
+    for (const char* entry : {"RW", "rw", "fg_rw", "Read Write", "3", "0x3"}) {
+        SCOPED_TRACE(entry);
+        const ToolResult result = runTool(
+            {
+                "acquire", "--set", std::string("global_access=") + entry
+        },
+            {{"TAVO_SIM_MODE", "fast"}});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+    }
+}
+
+TEST(ParameterCommandsTest, GetPrintsValuesInTheOrderAsked) {
+    const ToolResult result = runTool({"get", "FG_TIMEOUT", "width", "Global_Access", "FG_REVNR"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output,
+              "FG_TIMEOUT = 1000000 [s]\n"
+              "FG_WIDTH = 1024 [pixels]\n"
+              "FG_GLOBAL_ACCESS = NONE (0)\n"
+              "FG_REVNR = 3.008\n");
+}
+
+TEST(ParameterCommandsTest, GetAnswersTextQueries) {
+    const ToolResult result = runTool({"get", "FG_PARAM_DESCR=FG_HEIGHT", "FG_REG_VALUE_STRING=AAAreaHeight"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output,
+                AllOf(HasSubstr("Image height of the acquisition window."), HasSubstr("AAAreaHeight= 1023 (0x3ff)")));
+    const ToolResult tooLong = runTool({"get", "FG_PARAM_DESCR=" + std::string(512, 'x')});
+    EXPECT_EQ(tooLong.exitCode, 1);
+}
+
+TEST(ParameterCommandsTest, GetTellsWhatCannotBeReadAndPrintsTheRest) {
+    const ToolResult result = runTool({"get", "FG_IMAGE_TAG", "FG_HEIGHT"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "FG_HEIGHT = 1024 [pixels]\n");
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("FG_IMAGE_TAG cannot be read"), HasSubstr("-2070")));
+    EXPECT_EQ(runTool({"get", "FG_HIGHT"}).exitCode, 2);
+}
+
+TEST(ParameterCommandsTest, ListBearsParametersWithoutValueOrGroup) {
+    const ToolResult result = runTool({"list"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, ContainsRegex("\n  FG_WIDTH +1024 +\\[pixels\\] +rw- +32 to 65536, step 16\n"));
+    EXPECT_THAT(result.output, ContainsRegex("\n  FG_TIMESTAMP_LONG +\\(not readable\\) +r--\n"));
+    EXPECT_THAT(result.output, ContainsRegex("\n  FG_GLOBAL_ACCESS +NONE \\(0\\) +rwc +NONE \\(0\\), RO \\(1\\)"));
+    EXPECT_THAT(result.output, ContainsRegex("\nOther\n  FG_APC_STOP_TIMEOUT +\\(not readable\\) +rw- +0 to 0\n"));
+    EXPECT_THAT(result.output, ContainsRegex("\n  FG_PLX_CLK +\\(measured when named\\) +\\[MHz\\]"));
+}
+
+TEST(ParameterCommandsTest, ListPatternsChooseByNameInAnyCase) {
+    const ToolResult offsets = runTool({"list", "offset"});
+    EXPECT_THAT(offsets.output, AllOf(HasSubstr("FG_XOFFSET"), HasSubstr("FG_YOFFSET"), Not(HasSubstr("FG_WIDTH"))));
+    const ToolResult whole = runTool({"list", "?offset"});
+    EXPECT_THAT(whole.output, AllOf(HasSubstr("FG_XOFFSET"), HasSubstr("FG_YOFFSET")));
+    EXPECT_THAT(runTool({"list", "plx*"}).output, Not(HasSubstr("measured when named")));
+    const ToolResult none = runTool({"list", "no such thing"});
+    EXPECT_EQ(none.exitCode, 2);
+    EXPECT_THAT(none.errors, HasSubstr("'no such thing'"));
+}
+
+TEST(ParameterCommandsTest, InfoShowsAppletDesignAndLibraries) {
+    const ToolResult result = runTool({"info"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    for (const char* text :
+         {"QuillonCam_Greyscale_8bit", "Acquisition with one FULL configuration greyscale area scan camera",
+          "class=acquisition,type=single,sensortype=area,color=gray,interface=full", "172032096 (0xA410060)",
+          "2626 (0xA42)", "1757 bytes", QUILLON_STAGE "/lib/libtavo_hw.so", QUILLON_STAGE "/lib/libhaprt.so",
+          "software board"}) {
+        EXPECT_THAT(result.output, HasSubstr(text));
+    }
+    EXPECT_THAT(result.output, ContainsRegex("\ndesign id +[0-9a-f-]+\n"));
+}
+
+}  // namespace
+}  // namespace tooltest

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tooltest {
+
+/// How a program ended and what it wrote.
+struct ToolResult {
+    int exitCode = -1;  ///< 128 and the signal's number where a signal killed it
+    std::string output;
+    std::string errors;
+};
+
+using Arguments = std::vector<std::string>;
+using Environment = std::map<std::string, std::string>;
+
+/// A program that runs beside the test, as a user starts it. Killed and reaped when the test forgets it.
+class ToolProcess {
+public:
+    /// \param environment variables added to the test's own
+    ToolProcess(const std::string& program, const Arguments& arguments, const Environment& environment = {});
+    ToolProcess(const ToolProcess&) = delete;
+    ToolProcess& operator=(const ToolProcess&) = delete;
+    ~ToolProcess();
+
+    void signal(int number) const;
+    /// Reads all that it writes until it ends.
+    ToolResult finish();
+
+private:
+    pid_t mProcess = -1;
+    int mOutput = -1;
+    int mErrors = -1;
+};
+
+/// The staged tool.
+std::string toolPath();
+ToolResult runTool(const Arguments& arguments, const Environment& environment = {});
+/// Runs a shell command line in which "$1" is the staged tool.
+ToolResult runShell(const std::string& command, const Environment& environment = {});
+
+/// A folder of the test's own that goes with it.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder();
+
+    const std::filesystem::path& path() const { return mPath; }
+    std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
+
+private:
+    std::filesystem::path mPath;
+};
+
+/// \return the names of all files in \p folder, hidden ones included, sorted
+std::vector<std::string> filesIn(const std::filesystem::path& folder);
+
+}  // namespace tooltest

@@ -1,0 +1,68 @@
+#include <fmt/format.h>
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+#include "Command.h"
+#include "Session.h"
+#include "ToolError.h"
+#include "ValueText.h"
+#include "host/ResultCodes.h"
+
+namespace quillon::tool {
+
+namespace {
+
+/// A parameter to read; a text query such as FG_PARAM_DESCR=FG_WIDTH brings its question along.
+struct Request {
+    const host::ParameterInfo* parameter;
+    host::ParameterValue value;
+};
+
+Request makeRequest(const host::ParameterCatalogue& catalogue, const std::string& argument) {
+    const size_t equals = argument.find('=');
+    const host::ParameterInfo& parameter = parameterByName(catalogue, argument.substr(0, equals));
+    if (equals == std::string::npos) return {&parameter, {}};
+    if (parameter.type != host::ParameterType::Text) {
+        throw ToolError(kExitUsage, fmt::format("{} takes no question; 'quillon acquire --set {}' writes a value",
+                                                parameter.name, argument));
+    }
+    return {&parameter, argument.substr(equals + 1)};
+}
+
+class GetCommand : public Command {
+public:
+    explicit GetCommand(CLI::App& options) {
+        options.add_option("NAME", mNames, "parameter, with or without FG_, in any letter case")->required();
+    }
+
+    int run(Session& session) override {
+        const host::Grabber& grabber = session.grabber();
+        const host::ParameterCatalogue catalogue(grabber);
+        std::vector<Request> requests;
+        for (const std::string& name : mNames) requests.push_back(makeRequest(catalogue, name));
+        int exitCode = kExitOk;
+        for (Request& request : requests) {
+            const host::ParameterInfo& parameter = *request.parameter;
+            const int code = host::readValue(grabber, parameter, request.value);
+            if (code < 0) {
+                fmt::print(stderr, "quillon: {} cannot be read: {}\n", parameter.name, host::describeResultCode(code));
+                exitCode = kExitRefused;
+                continue;
+            }
+            fmt::print("{} = {}{}{}\n", parameter.name, formatValue(parameter, request.value),
+                       parameter.unit.empty() ? "" : " ", parameter.unit);
+        }
+        return exitCode;
+    }
+
+private:
+    std::vector<std::string> mNames;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeGetCommand(CLI::App& options) { return std::make_unique<GetCommand>(options); }
+
+}  // namespace quillon::tool

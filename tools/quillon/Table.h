@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quillon::tool {
+
+/// Rows of text, printed with aligned columns.
+class Table {
+public:
+    /// Adds a row; a row of a single cell is a heading of its own and takes no part in the alignment.
+    void add(std::vector<std::string> cells) { mRows.push_back(std::move(cells)); }
+
+    /// \return all rows, each ended by a line feed and without blanks at its end
+    std::string text() const;
+
+private:
+    std::vector<std::vector<std::string>> mRows;
+};
+
+}  // namespace quillon::tool
