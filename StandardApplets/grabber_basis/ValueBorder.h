@@ -27,7 +27,7 @@ template <class Value>
 template <class Value>
 void putValue(void* memory, Value value) {
     static_assert(std::is_trivially_copyable_v<Value>);
-    std::memcpy(memory, &value, sizeof(Value));
+    std::memcpy(memory, &value, sizeof(Value));  // NOLINT(bugprone-sizeof-expression): a handle is a value, too
 }
 
 /// \return the text at \p memory, cut to kNameLength characters

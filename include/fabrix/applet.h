@@ -9,6 +9,8 @@
 
 #include <stddef.h>
 
+#include "fabrix/cc_signals.h"
+#include "fabrix/lookup_tables.h"
 #include "fabrix/parameter_ids.h"
 #include "fabrix/parameter_info.h"
 #include "fabrix/result_codes.h"
@@ -37,9 +39,9 @@ FABRIX_EXPORT int Info(const enum AppletInfos cmd, const int arg1, const int arg
 /// \return the applet identifier 172032096; records no error
 FABRIX_EXPORT int Fg_getAppletId(Fg_Struct* Fg, const char* Appletname);
 
-/// Writes a parameter. The first test that fails gives the result and changes nothing: unknown identifier or null
-/// value FG_INVALID_ARGUMENT, port FG_INVALID_PORT, access FG_NOT_WRITABLE, running acquisition
-/// FG_ACQUISITION_RUNNING, tag FG_INVALID_ARGUMENT, limits FG_VALUE_OUT_OF_RANGE, step FG_NOT_A_STEP.
+/// Writes a parameter. The first test that fails gives the result and changes nothing: unknown identifier
+/// FG_INVALID_ARGUMENT, port FG_INVALID_PORT, null value FG_INVALID_ARGUMENT, access FG_NOT_WRITABLE, running
+/// acquisition FG_ACQUISITION_RUNNING, tag FG_INVALID_ARGUMENT, limits FG_VALUE_OUT_OF_RANGE, step FG_NOT_A_STEP.
 /// \param Value a 32-bit integer, a double or a text, as the parameter's type says
 /// \param type an integer tag for integers and enumerations, FG_PARAM_TYPE_DOUBLE for doubles, or
 ///        FG_PARAM_TYPE_AUTO for any
@@ -59,7 +61,8 @@ FABRIX_EXPORT int Fg_getParameterWithType(Fg_Struct* Fg, int Param, void* Value,
 /// Describes the parameters of a port as a GenICam GenApi document. Records no error.
 /// \param infoBuffer null asks for the size
 /// \param infoBufferSize bytes of the buffer; becomes the length of the document plus 1
-/// \return FG_OUT_OF_RESOURCES when the buffer is too small, which leaves buffer and size as they were
+/// \return FG_OUT_OF_RESOURCES when the buffer is too small, which leaves buffer and size as they were;
+///         FG_INVALID_PORT; FG_INVALID_ARGUMENT without a size
 FABRIX_EXPORT int Fg_getParameterInfoXML(Fg_Struct* Fg, int port, char* infoBuffer, size_t* infoBufferSize);
 
 /// \return the number of parameters; records no error, as the three functions below

@@ -1,0 +1,97 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tool/GrayPicture.h"
+#include "tool/ToolRun.h"
+
+namespace tooltest {
+namespace {
+
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+const std::string kPictures = QUILLON_SOURCE "/docs/pictures";
+
+/// An example with what it prints.
+struct Example {
+    std::string command;
+    std::string output;
+};
+
+/// What the code blocks of the page about the camera side hold.
+struct Page {
+    std::string script;  ///< commands that make the pictures
+    std::vector<Example> examples;
+};
+
+Page readPage() {
+    constexpr const char* kIndent = "    ";
+    std::ifstream file(QUILLON_SOURCE "/docs/camera-side.md");
+    Page page;
+    bool isExample = false;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with(kIndent)) {
+            isExample = false;
+            continue;
+        }
+        line.erase(0, 4);
+        if (line.starts_with("$ ")) {
+            page.examples.push_back({line.substr(2), ""});
+            isExample = true;
+        } else if (isExample) {
+            page.examples.back().output += line + '\n';
+        } else {
+            page.script += line + '\n';
+        }
+    }
+    return page;
+}
+
+/// Runs commands of the page from the folder of the sources, with another folder for the pictures.
+ToolResult runCommands(std::string script, const std::string& pictures) {
+    const std::string documented = "docs/pictures/";
+    for (size_t at = 0; (at = script.find(documented, at)) != std::string::npos; at += pictures.size()) {
+        script.replace(at, documented.size(), pictures + "/");
+    }
+    return runShell("set -e; tool=$1; quillon() { \"$tool\" \"$@\"; }; cd '" QUILLON_SOURCE "'\n" + script,
+                    {
+                        {"TAVO_SIM_MODE", "fast"}
+    });
+}
+
+TEST(DocumentedCommandsTest, PicturesAreWhatTheirCommandsMake) {
+    const TemporaryFolder made;
+    const ToolResult result = runCommands(readPage().script, made.path().string());
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    ASSERT_THAT(filesIn(made.path()), SizeIs(testing::Ge(5)));
+    EXPECT_EQ(filesIn(made.path()), filesIn(kPictures));
+    for (const std::string& name : filesIn(made.path())) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(readPicture(made / name), readPicture(kPictures + "/" + name));
+    }
+    const GrayPicture scene = readPicture(QUILLON_SOURCE "/simulation/pictures/gears_1.png").crop(512, 320, 256, 192);
+    EXPECT_EQ(readPicture(made / "taps-right.png"), scene);
+    EXPECT_NE(readPicture(made / "taps-unchanged.png"), scene);
+    const GrayPicture half = readPicture(made / "taps-half-right.png");
+    EXPECT_EQ(half.crop(0, 0, 128, 192), scene.crop(0, 0, 128, 192));
+    EXPECT_NE(half.crop(128, 0, 128, 192), scene.crop(128, 0, 128, 192));
+}
+
+TEST(DocumentedCommandsTest, ExamplesPrintWhatThePageShows) {
+    const std::vector<Example> examples = readPage().examples;
+    ASSERT_THAT(examples, Not(IsEmpty()));
+    for (const Example& example : examples) {
+        SCOPED_TRACE(example.command);
+        const ToolResult result = runCommands(example.command + '\n', kPictures);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_EQ(result.output, example.output);
+    }
+}
+
+}  // namespace
+}  // namespace tooltest
