@@ -8,11 +8,18 @@ void AcquisitionPath::configure() {
     mSorterRow.configure(mRegisters);
     mWindowRow.configure(mRegisters);
     mSelectorRow.configure(mRegisters);
+    mKneeRow.configure(mRegisters);
     mReset = mRegisters.find("AAReset");
+    mKneeStrobe = mRegisters.find("AAKneeLutWrite");
+    mKnee.reset();
 }
 
 bool AcquisitionPath::isGate(int handle) const {
     return mGateRow.has(handle) || mGeneratorRow.has(handle) || mSelectorRow.has(handle);
+}
+
+void AcquisitionPath::written(int handle) {
+    if (handle == mKneeStrobe) mKnee.load(mKneeRow.values(mRegisters));
 }
 
 GeneratorSettings AcquisitionPath::generator() const { return Generator::settings(mGeneratorRow.values(mRegisters)); }
@@ -34,6 +41,12 @@ bool AcquisitionPath::countsOn() const {
 bool AcquisitionPath::isSelected(uint64_t number) const { return selection().passes(number); }
 
 size_t AcquisitionPath::produce(uint64_t number, std::span<uint8_t> target) {
+    const size_t length = cut(number, target);
+    mKnee.curve().apply(target.first(length));
+    return length;
+}
+
+size_t AcquisitionPath::cut(uint64_t number, std::span<uint8_t> target) {
     const Window window = Window::of(mWindowRow.values(mRegisters));
     const TapSorter::Values taps = mSorterRow.values(mRegisters);
     const GeneratorSettings settings = generator();

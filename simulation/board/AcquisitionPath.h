@@ -4,6 +4,7 @@
 #include "simulation/board/DmaEngine.h"
 #include "simulation/board/Generator.h"
 #include "simulation/board/ImageSelection.h"
+#include "simulation/board/KneeTable.h"
 #include "simulation/board/RegisterStore.h"
 #include "simulation/board/TapSorter.h"
 #include "simulation/board/Window.h"
@@ -16,12 +17,15 @@ class AcquisitionPath : public FrameProducer {
 public:
     AcquisitionPath(const RegisterStore& registers, Camera& camera) : mRegisters(registers), mCamera(camera) {}
 
-    /// Finds the registers of the path; not while a transfer runs.
+    /// Finds the registers of the path and empties its memories; not while a transfer runs.
     void configure();
 
     /// Whether a write to \p handle can let frames pass or hold them back.
     [[nodiscard]] bool isGate(int handle) const;
     [[nodiscard]] bool isReset(int handle) const { return handle != 0 && handle == mReset; }
+
+    /// The host has written a register: what \p handle strobes, happens. Any thread may call it.
+    void written(int handle);
 
     [[nodiscard]] bool isOpen() const override;
     [[nodiscard]] bool countsOn() const override;
@@ -38,6 +42,7 @@ private:
 
     [[nodiscard]] GeneratorSettings generator() const;
     [[nodiscard]] ImageSelection selection() const;
+    size_t cut(uint64_t number, std::span<uint8_t> target);
 
     const RegisterStore& mRegisters;
     Camera& mCamera;
@@ -47,7 +52,11 @@ private:
     RegisterRow<TapSorter::kRegisters.size()> mSorterRow{TapSorter::kRegisters};
     RegisterRow<Window::kRegisters.size()> mWindowRow{Window::kRegisters};
     RegisterRow<ImageSelection::kRegisters.size()> mSelectorRow{ImageSelection::kRegisters};
+    RegisterRow<KneeTable::kRegisters.size()> mKneeRow{KneeTable::kRegisters};
     int mReset = 0;
+    int mKneeStrobe = 0;
+
+    KneeTable mKnee;
 
     // Of the thread that asks for frames.
     Generator mGenerator;

@@ -133,6 +133,7 @@ int Board::store(int handle, uint64_t value) {
     if (handle == mCounterControl) {
         mCounter.control(mRegisters.valueOf(handle), std::chrono::steady_clock::now());
     }
+    mPath.written(handle);
     if (mPath.isReset(handle) && mRegisters.valueOf(handle) != 0) mDma.restartFrames();
     if (mPath.isGate(handle)) mDma.wake();
     return kOk;

@@ -104,7 +104,7 @@ std::optional<Design> parseDesignText(std::string_view text, std::string& why) {
         ++number;
         why = readLine(text.substr(0, length), design);
         if (!why.empty()) {
-            why = "line " + std::to_string(number) + ": " + why;
+            why.insert(0, "line " + std::to_string(number) + ": ");
             return std::nullopt;
         }
         text.remove_prefix(std::min(length + 1, text.size()));

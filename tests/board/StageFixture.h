@@ -73,7 +73,8 @@ protected:
           {"AAGenLineWidth", 16, 1, 0}, {"AAGenHeight", 16, 1, 0},       {"AAGenMask", 4, 1, 0},
           {"AAGenRoll", 8, 1, 0},       {"AAGenEnable", 1, 1, 0},        {"AAGenStart", 1, 1, 0},
           {"AATrg_DigitalIn", 8, 2, 0}, {"AATrg_DigitalOut", 2, 1, 0},   {"AATrg_CCConfig", 16, 1, 0},
-          {"AAImgSelect", 16, 1, 0},    {"AAImgSelectPeriod", 16, 1, 0}},
+          {"AAImgSelect", 16, 1, 0},    {"AAImgSelectPeriod", 16, 1, 0}, {"AAKneeLutAddr", 10, 1, 0},
+          {"AAKneeLutStart", 17, 1, 0}, {"AAKneeLutEnd", 17, 1, 0},      {"AAKneeLutWrite", 4, 1, 0}},
         {}
     };
 };

@@ -23,16 +23,15 @@ struct Example {
     std::string output;
 };
 
-/// What the code blocks of the page about the camera side hold.
-struct Page {
+/// What the code blocks of the pages hold.
+struct Pages {
     std::string script;  ///< commands that make the pictures
     std::vector<Example> examples;
 };
 
-Page readPage() {
+void readPage(const std::string& path, Pages& pages) {
     constexpr const char* kIndent = "    ";
-    std::ifstream file(QUILLON_SOURCE "/docs/camera-side.md");
-    Page page;
+    std::ifstream file(path);
     bool isExample = false;
     for (std::string line; std::getline(file, line);) {
         if (!line.starts_with(kIndent)) {
@@ -41,15 +40,22 @@ Page readPage() {
         }
         line.erase(0, 4);
         if (line.starts_with("$ ")) {
-            page.examples.push_back({line.substr(2), ""});
+            pages.examples.push_back({line.substr(2), ""});
             isExample = true;
         } else if (isExample) {
-            page.examples.back().output += line + '\n';
+            pages.examples.back().output += line + '\n';
         } else {
-            page.script += line + '\n';
+            pages.script += line + '\n';
         }
     }
-    return page;
+}
+
+Pages readPages() {
+    Pages pages;
+    for (const char* name : {"camera-side.md", "knee.md", "files.md"}) {
+        readPage(std::string(QUILLON_SOURCE "/docs/") + name, pages);
+    }
+    return pages;
 }
 
 /// Runs commands of the page from the folder of the sources, with another folder for the pictures.
@@ -66,7 +72,7 @@ ToolResult runCommands(std::string script, const std::string& pictures) {
 
 TEST(DocumentedCommandsTest, PicturesAreWhatTheirCommandsMake) {
     const TemporaryFolder made;
-    const ToolResult result = runCommands(readPage().script, made.path().string());
+    const ToolResult result = runCommands(readPages().script, made.path().string());
     ASSERT_EQ(result.exitCode, 0) << result.errors;
     ASSERT_THAT(filesIn(made.path()), SizeIs(testing::Ge(5)));
     EXPECT_EQ(filesIn(made.path()), filesIn(kPictures));
@@ -83,7 +89,7 @@ TEST(DocumentedCommandsTest, PicturesAreWhatTheirCommandsMake) {
 }
 
 TEST(DocumentedCommandsTest, ExamplesPrintWhatThePageShows) {
-    const std::vector<Example> examples = readPage().examples;
+    const std::vector<Example> examples = readPages().examples;
     ASSERT_THAT(examples, Not(IsEmpty()));
     for (const Example& example : examples) {
         SCOPED_TRACE(example.command);

@@ -125,7 +125,8 @@ TEST(CommandLineTest, WrongUsageEndsWithTwoAndAWord) {
 
 TEST(CommandLineTest, HelpHasAnExampleForEveryCommand) {
     EXPECT_THAT(runTool({"--version"}).output, StartsWith("quillon "));
-    for (const std::string command : {"info", "list", "get", "registers", "acquire"}) {
+    for (const std::string command :
+         {"info", "list", "get", "registers", "acquire", "save", "set", "diff", "xml", "tree", "lut"}) {
         const ToolResult result = runTool({command, "--help"});
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_THAT(result.output, HasSubstr("Example:\n  quillon " + command));

@@ -58,6 +58,9 @@ const char* resolveAll(void* handle, AppletFunctions& f) {
     resolve(f.getParameterId, "Fg_getParameterId");
     resolve(f.getParameterName, "Fg_getParameterName");
     resolve(f.getParameterInfo, "Fg_getParameterInfo");
+    resolve(f.getParameterInfoXml, "Fg_getParameterInfoXML");
+    resolve(f.saveConfig, "Fg_saveConfig");
+    resolve(f.loadConfig, "Fg_loadConfig");
     resolve(f.getLastErrorNumber, "Fg_getLastErrorNumber");
     resolve(f.acquire, "Fg_AcquireEx");
     resolve(f.stopAcquire, "Fg_stopAcquireEx");

@@ -21,6 +21,9 @@ struct AppletFunctions {
     decltype(&::Fg_getParameterId) getParameterId = nullptr;
     decltype(&::Fg_getParameterName) getParameterName = nullptr;
     decltype(&::Fg_getParameterInfo) getParameterInfo = nullptr;
+    decltype(&::Fg_getParameterInfoXML) getParameterInfoXml = nullptr;
+    decltype(&::Fg_saveConfig) saveConfig = nullptr;
+    decltype(&::Fg_loadConfig) loadConfig = nullptr;
     decltype(&::Fg_getLastErrorNumber) getLastErrorNumber = nullptr;
     decltype(&::Fg_AcquireEx) acquire = nullptr;
     decltype(&::Fg_stopAcquireEx) stopAcquire = nullptr;

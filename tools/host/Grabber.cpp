@@ -99,6 +99,23 @@ size_t Grabber::limitWidth(int id, int port) const {
     return static_cast<size_t>(unwritten - zeros.begin());
 }
 
+int Grabber::saveConfig(const std::filesystem::path& file) const {
+    return functions().saveConfig(&mHandle, file.c_str());
+}
+
+int Grabber::loadConfig(const std::filesystem::path& file) { return functions().loadConfig(&mHandle, file.c_str()); }
+
+int Grabber::describe(std::string& document, int port) const {
+    size_t size = 0;
+    const int result = functions().getParameterInfoXml(&mHandle, port, nullptr, &size);
+    if (result < 0) return result;
+    std::string text(size, '\0');
+    const int copied = functions().getParameterInfoXml(&mHandle, port, text.data(), &size);
+    if (copied < 0) return copied;
+    document.assign(text, 0, strnlen(text.c_str(), text.size()));
+    return copied;
+}
+
 int Grabber::lastError() const { return functions().getLastErrorNumber(&mHandle); }
 
 int Grabber::appletId() const { return functions().getAppletId(&mHandle, nullptr); }

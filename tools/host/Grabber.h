@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,14 @@ public:
     /// Tells how many bytes the parameter's limits take: 4 for integers and enumerations, 8 for doubles, 0 when it
     /// has no limits.
     size_t limitWidth(int id, int port = 0) const;
+
+    /// Saves the parameters of both ports to a configuration file. Its name must contain ".mcf", and an older file is
+    /// lost even when the write fails.
+    [[nodiscard]] int saveConfig(const std::filesystem::path& file) const;
+    /// Loads a configuration file without any check of its values. A file that is refused changes nothing.
+    [[nodiscard]] int loadConfig(const std::filesystem::path& file);
+    /// Describes the parameters of a port as a GenICam GenApi document.
+    [[nodiscard]] int describe(std::string& document, int port = 0) const;
 
     int lastError() const;
     int appletId() const;

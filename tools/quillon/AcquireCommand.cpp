@@ -14,7 +14,7 @@
 #include "PictureSource.h"
 #include "Recording.h"
 #include "Session.h"
-#include "SettingsOption.h"
+#include "StateOptions.h"
 #include "StopSignals.h"
 #include "Table.h"
 #include "ToolError.h"
@@ -109,7 +109,7 @@ std::string reasonForSilence(const host::Grabber& grabber) {
 
 class AcquireCommand : public Command {
 public:
-    explicit AcquireCommand(CLI::App& options) : mSource(options), mSettings(options) {
+    explicit AcquireCommand(CLI::App& options) : mSource(options), mState(options) {
         options.add_option("-n,--count", mCount, "pictures to acquire; 0 goes on until Ctrl-C")
             ->check(CLI::Range(0, kEndless))
             ->type_name("COUNT")
@@ -140,7 +140,7 @@ private:
     int finish(const host::Grabber& grabber, const RecordingReport& report, int signal) const;
 
     PictureSource mSource;
-    SettingsOption mSettings;
+    StateOptions mState;
     frameindex_t mCount = 1;
     std::string mOutput;
     frameindex_t mBuffers = 0;  ///< 0: as many as are useful
@@ -175,11 +175,13 @@ frameindex_t AcquireCommand::bufferCount(const Window& window) const {
 int AcquireCommand::run(Session& session) {
     checkBuffers();
     openOutput();
+    mState.check();
     mSource.prepareCamera();
     StopSignals signals;
     host::Grabber& grabber = session.grabber();
+    mState.load(grabber);
     mSource.select(grabber);
-    mSettings.apply(grabber);
+    mState.set(grabber);
     const Window window = readWindow(grabber);
     const frameindex_t buffers = bufferCount(window);
     checkMemory(window, buffers);

@@ -29,5 +29,11 @@ std::unique_ptr<Command> makeListCommand(CLI::App& options);
 std::unique_ptr<Command> makeGetCommand(CLI::App& options);
 std::unique_ptr<Command> makeRegistersCommand(CLI::App& options);
 std::unique_ptr<Command> makeAcquireCommand(CLI::App& options);
+std::unique_ptr<Command> makeSaveCommand(CLI::App& options);
+std::unique_ptr<Command> makeSetCommand(CLI::App& options);
+std::unique_ptr<Command> makeDiffCommand(CLI::App& options);
+std::unique_ptr<Command> makeXmlCommand(CLI::App& options);
+std::unique_ptr<Command> makeTreeCommand(CLI::App& options);
+std::unique_ptr<Command> makeLutCommand(CLI::App& options);
 
 }  // namespace quillon::tool

@@ -1,11 +1,14 @@
 #include <fmt/format.h>
 
 #include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <string>
 #include <vector>
 
 #include "Command.h"
 #include "Session.h"
+#include "StateOptions.h"
 #include "ToolError.h"
 #include "ValueText.h"
 #include "host/ResultCodes.h"
@@ -33,12 +36,14 @@ Request makeRequest(const host::ParameterCatalogue& catalogue, const std::string
 
 class GetCommand : public Command {
 public:
-    explicit GetCommand(CLI::App& options) {
+    explicit GetCommand(CLI::App& options) : mState(options) {
         options.add_option("NAME", mNames, "parameter, with or without FG_, in any letter case")->required();
     }
 
     int run(Session& session) override {
-        const host::Grabber& grabber = session.grabber();
+        mState.check();
+        host::Grabber& grabber = session.grabber();
+        mState.apply(grabber);
         const host::ParameterCatalogue catalogue(grabber);
         std::vector<Request> requests;
         for (const std::string& name : mNames) requests.push_back(makeRequest(catalogue, name));
@@ -58,6 +63,7 @@ public:
     }
 
 private:
+    StateOptions mState;
     std::vector<std::string> mNames;
 };
 

@@ -1,6 +1,8 @@
 #include <fmt/format.h>
 
 #include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <array>
 #include <string>
@@ -8,6 +10,7 @@
 #include "Command.h"
 #include "NamePattern.h"
 #include "Session.h"
+#include "StateOptions.h"
 #include "Table.h"
 #include "ToolError.h"
 #include "ValueText.h"
@@ -64,13 +67,15 @@ std::string valueText(const host::Grabber& grabber, const ParameterInfo& paramet
 
 class ListCommand : public Command {
 public:
-    explicit ListCommand(CLI::App& options) {
+    explicit ListCommand(CLI::App& options) : mState(options) {
         options.add_option("PATTERN", mPattern,
                            "part of a name or display name, or with * and ? the whole of it, in any letter case");
     }
 
     int run(Session& session) override {
-        const host::Grabber& grabber = session.grabber();
+        mState.check();
+        host::Grabber& grabber = session.grabber();
+        mState.apply(grabber);
         const host::ParameterCatalogue catalogue(grabber);
         const NamePattern pattern(mPattern);
         Table table;
@@ -94,6 +99,7 @@ public:
     }
 
 private:
+    StateOptions mState;
     std::string mPattern;
 };
 

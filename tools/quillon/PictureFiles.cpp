@@ -1,6 +1,5 @@
 #include "PictureFiles.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <png.h>
 #include <strings.h>
@@ -14,6 +13,7 @@
 #include <system_error>
 #include <tuple>
 
+#include "FileBeside.h"
 #include "ToolError.h"
 
 namespace quillon::tool {
@@ -26,50 +26,6 @@ constexpr int kMostDigits = 9;
     throw ToolError(kExitUsage,
                     fmt::format("the output '{}' cannot be used: {}; for example out/frame_%03d.png", pattern, why));
 }
-
-[[noreturn]] void refuseFile(const std::filesystem::path& path, int error) {
-    throw ToolError(kExitEnvironment, fmt::format("cannot write {}: {}", path.string(), std::strerror(error)));
-}
-
-/// A file under a temporary name that is removed unless it is given its own.
-class NewFile {
-public:
-    explicit NewFile(const std::filesystem::path& path)
-        : mPath(path), mTemporary(path.parent_path() / fmt::format(".quillon-{}.part", getpid())) {
-        const int descriptor = open(mTemporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
-        if (descriptor >= 0) mFile = fdopen(descriptor, "wb");
-        if (mFile == nullptr) {
-            const int error = errno;
-            if (descriptor >= 0) close(descriptor);
-            refuseFile(mPath, error);
-        }
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-    ~NewFile() {
-        if (mFile != nullptr) fclose(mFile);
-        if (!mIsComplete) unlink(mTemporary.c_str());
-    }
-
-    FILE* stream() { return mFile; }
-
-    void complete() {
-        // A write that failed before has left its reason in errno.
-        const bool isWritten = ferror(mFile) == 0 && fflush(mFile) == 0;
-        const int writeError = errno == 0 ? EIO : errno;
-        const bool isClosed = fclose(mFile) == 0;
-        mFile = nullptr;
-        if (!isWritten) refuseFile(mPath, writeError);
-        if (!isClosed || rename(mTemporary.c_str(), mPath.c_str()) != 0) refuseFile(mPath, errno);
-        mIsComplete = true;
-    }
-
-private:
-    std::filesystem::path mPath;
-    std::filesystem::path mTemporary;
-    FILE* mFile = nullptr;
-    bool mIsComplete = false;
-};
 
 void writePgm(FILE* file, const Picture& picture) {
     // A short write shows in the stream's error flag.

@@ -10,7 +10,7 @@
 #include "Command.h"
 #include "NamePattern.h"
 #include "Session.h"
-#include "SettingsOption.h"
+#include "StateOptions.h"
 #include "Table.h"
 #include "ToolError.h"
 #include "host/DesignRegisters.h"
@@ -44,15 +44,16 @@ std::vector<std::string> row(const host::Grabber& grabber, const host::DesignReg
 
 class RegistersCommand : public Command {
 public:
-    explicit RegistersCommand(CLI::App& options) : mSettings(options) {
+    explicit RegistersCommand(CLI::App& options) : mState(options) {
         options.add_option("PATTERN", mPattern,
                            "part of a register's name, or with * and ? the whole of it, in any letter case");
     }
 
     int run(Session& session) override {
+        mState.check();
         host::publishDesignRegisters();
         host::Grabber& grabber = session.grabber();
-        mSettings.apply(grabber);
+        mState.apply(grabber);
         const auto registers = host::designRegisters(host::ParameterCatalogue(grabber));
         if (registers.empty()) throw ToolError(kExitEnvironment, "this applet does not publish its registers");
         const NamePattern pattern(mPattern);
@@ -74,7 +75,7 @@ public:
 
 private:
     std::string mPattern;
-    SettingsOption mSettings;
+    StateOptions mState;
 };
 
 }  // namespace

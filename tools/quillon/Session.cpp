@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "AppletFiles.h"
 #include "Refusal.h"
 #include "ToolError.h"
 #include "ValueText.h"
@@ -79,6 +80,8 @@ host::Grabber& Session::grabber() {
     return *mGrabber;
 }
 
+void Session::close() { mGrabber.reset(); }
+
 std::string Session::explain(const host::HostError& error) const {
     return mApplet ? withBoardMessage(error, host::loadRuntimeLibraries(*mApplet).front()) : error.what();
 }
@@ -102,7 +105,10 @@ void applySetting(host::Grabber& grabber, const std::string& assignment) {
     const host::ParameterInfo& parameter = parameterByName(catalogue, assignment.substr(0, equals));
     const host::ParameterValue value = parseValue(parameter, assignment.substr(equals + 1));
     const int code = host::writeValue(grabber, parameter, value);
-    if (code < 0) throw ToolError(kExitRefused, explainRefusal(catalogue, parameter, value, code));
+    if (code >= 0) return;
+    throw ToolError(kExitRefused, parameter.id == FG_KNEE_LUT_SAVE_LOAD_FILE
+                                      ? explainLutAction(grabber, std::get<int32_t>(value), code)
+                                      : explainRefusal(catalogue, parameter, value, code));
 }
 
 }  // namespace quillon::tool

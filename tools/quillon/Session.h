@@ -21,6 +21,8 @@ public:
     const host::AppletLibrary& applet();
     /// \throws ToolError that says what is missing when the board does not open
     host::Grabber& grabber();
+    /// Closes the board; the next use opens it anew, with every parameter at its default.
+    void close();
 
     /// \return the error's text, and below it what the software board says about a code of its own
     std::string explain(const host::HostError& error) const;

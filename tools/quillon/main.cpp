@@ -33,20 +33,38 @@ struct CommandRow {
     std::unique_ptr<Command> (*make)(CLI::App& options);
 };
 
+// Examples stand on lines of their own: with them the columns would not fit.
+// clang-format off
 constexpr std::array kCommands{
-    CommandRow{"info",      "Show what the applet is and which board it runs on",        "quillon info",
-               quillon::tool::makeInfoCommand                                                                                                              },
-    CommandRow{"list",      "List parameters: value, unit, access, limits and entries",  "quillon list offset",
-               quillon::tool::makeListCommand                                                                                                              },
-    CommandRow{"get",       "Print the values of parameters",                            "quillon get FG_WIDTH height", quillon::tool::makeGetCommand      },
+    CommandRow{"info", "Show what the applet is and which board it runs on",
+               "quillon info", quillon::tool::makeInfoCommand},
+    CommandRow{"list", "List parameters: value, unit, access, limits and entries",
+               "quillon list offset", quillon::tool::makeListCommand},
+    CommandRow{"get", "Print the values of parameters",
+               "quillon get FG_WIDTH height", quillon::tool::makeGetCommand},
     CommandRow{"registers", "Show the registers of the design: width, direction, value",
-               "quillon registers gen --set FG_GEN_ROLL=3",                                                             quillon::tool::makeRegistersCommand},
-    CommandRow{"acquire",   "Acquire pictures, save them and print statistics",
-               "quillon acquire -n 20 --set FG_WIDTH=512 --set FG_HEIGHT=384 --output out/frame_%03d.png",              quillon::tool::makeAcquireCommand  },
+               "quillon registers gen --set FG_GEN_ROLL=3", quillon::tool::makeRegistersCommand},
+    CommandRow{"acquire", "Acquire pictures, save them and print statistics",
+               "quillon acquire -n 20 --set FG_WIDTH=512 --set FG_HEIGHT=384 --output out/frame_%03d.png",
+               quillon::tool::makeAcquireCommand},
+    CommandRow{"save", "Save the parameters to a configuration file (.mcf)",
+               "quillon save camera.mcf --set FG_WIDTH=512", quillon::tool::makeSaveCommand},
+    CommandRow{"set", "Set parameters in a configuration file",
+               "quillon set --config camera.mcf FG_WIDTH=512 FG_HEIGHT=384", quillon::tool::makeSetCommand},
+    CommandRow{"diff", "Compare a configuration file with the defaults, or two of them; exit code 1 when they differ",
+               "quillon diff camera.mcf", quillon::tool::makeDiffCommand},
+    CommandRow{"xml", "Print the GenICam description of the parameters",
+               "quillon xml --output parameters.xml", quillon::tool::makeXmlCommand},
+    CommandRow{"tree", "Print the groups of the parameters as a tree",
+               "quillon tree", quillon::tool::makeTreeCommand},
+    CommandRow{"lut", "Show, save and load the knee curve",
+               "quillon lut show --set FG_KNEE_LUT_GAMMA=2 --output curve.png", quillon::tool::makeLutCommand},
 };
+// clang-format on
 
 constexpr const char* kFooter =
-    "Opening the board sets every parameter to its default, and nothing outlives the command.\n"
+    "Opening the board sets every parameter to its default, and nothing outlives the command: --config FILE brings\n"
+    "the values of a configuration file, --set changes single ones, and save and set keep them in such a file.\n"
     "Exit codes: 0 done, 1 refused by the applet, 2 wrong usage, 3 files, memory, libraries, board or camera,\n"
     "128 + N stopped by signal N (130 for Ctrl-C).";
 
@@ -77,6 +95,8 @@ int runGuarded(Command& command, Session& session) {
 int flushOutput(int exitCode) {
     errno = 0;
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return exitCode;
+    // A write that failed earlier has been reported already.
+    if (errno == 0 && exitCode == quillon::tool::kExitEnvironment) return exitCode;
     const std::string why = errno == 0 ? "unknown reason" : std::strerror(errno);
     return report(quillon::tool::kExitEnvironment, "the output could not be written: " + why);
 }

@@ -109,10 +109,13 @@ void RSCamPort::initRegisters() {
         BlockRegisterRow{mWriteRegVauCamPortRgb,      "BACamPortRgb",         "BBCamPortRgb"    },
         BlockRegisterRow{mWriteRegVauCamPortLineCam,  "BACamPortLineCam",     "BBCamPortLineCam"},
         BlockRegisterRow{mWriteRegCamEnable,          "AACamPortEnable",      "ABCamPortEnable" },
-        BlockRegisterRow{mWriteReg_ReadOutPixelOrder, "AAPixelOrder",         "ABPixelOrder"    },
     };
     initBothPorts(rows);
     enablePorts(1);
+    const std::array orderRows{
+        BlockRegisterRow{mWriteReg_ReadOutPixelOrder, "AAPixelOrder", "ABPixelOrder"},
+    };
+    initBothPorts(orderRows);
     const OptionalLookup optional(*this);
     const std::array optionalRows{
         BlockRegisterRow{mWriteReg_CamPortPoclLite, "AACamPortLite", "ABCamPortLite"}
