@@ -25,6 +25,6 @@ extern "C" FABRIX_EXPORT int TavoGetBufferStatus(FgDevice* device, dma_mem* memo
 }
 
 #ifdef STUB_NEEDS_A_SYMBOL
-extern "C" int a_symbol_that_nobody_has();
-extern "C" FABRIX_EXPORT int stub_calls_what_nobody_has() { return a_symbol_that_nobody_has(); }
+extern "C" int stub_missing_symbol();
+extern "C" FABRIX_EXPORT int stub_calls_what_nobody_has() { return stub_missing_symbol(); }
 #endif
