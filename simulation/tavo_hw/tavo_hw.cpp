@@ -88,7 +88,8 @@ int TavoDelUserBuffer(FgDevice* device, dma_mem* memory, frameindex_t index) {
 
 intptr_t TavoUnlockBuffer(FgDevice* device, uintptr_t memory, uintptr_t index, uintptr_t, uintptr_t, uintptr_t,
                           uintptr_t, uintptr_t) {
-    return runOnBuffers<intptr_t>(__func__, device, reinterpret_cast<dma_mem*>(memory), [&](BufferSet& buffers) {
+    auto* const handle = reinterpret_cast<dma_mem*>(memory);  // NOLINT(performance-no-int-to-ptr) it was a pointer
+    return runOnBuffers<intptr_t>(__func__, device, handle, [&](BufferSet& buffers) {
         return intptr_t{buffers.handBack(static_cast<frameindex_t>(index))};
     });
 }

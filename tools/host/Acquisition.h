@@ -46,10 +46,10 @@ public:
     [[nodiscard]] frameindex_t lastPicture() const;
 
     /// \param number a picture that has arrived
-    Frame frame(frameindex_t number) const;
+    [[nodiscard]] Frame frame(frameindex_t number) const;
 
     /// \return whether the board may have begun to fill the buffer of picture \p number with a later one
-    bool isOverwritten(frameindex_t number) const;
+    [[nodiscard]] bool isOverwritten(frameindex_t number) const;
 
     /// Stops. A wait in another thread ends at once. Does nothing after the first stop that succeeded.
     /// \return FG_OK or the applet's code

@@ -38,7 +38,7 @@ public:
         function = std::bit_cast<Function>(address);
     }
 
-    const char* missing() const { return mMissing; }
+    [[nodiscard]] const char* missing() const { return mMissing; }
 
 private:
     void* mHandle;

@@ -51,17 +51,17 @@ public:
     AppletLibrary& operator=(const AppletLibrary&) = delete;
     ~AppletLibrary();
 
-    const std::filesystem::path& path() const { return mPath; }
-    const AppletFunctions& functions() const { return mFunctions; }
+    [[nodiscard]] const std::filesystem::path& path() const { return mPath; }
+    [[nodiscard]] const AppletFunctions& functions() const { return mFunctions; }
 
     /// \return the applet's answer, FG_NOT_SUPPORTED for a question that it does not answer
-    int infoNumber(AppletInfos question, int argument = 0) const;
+    [[nodiscard]] int infoNumber(AppletInfos question, int argument = 0) const;
     /// \return the text, or an empty one when the applet has none
-    std::string infoText(AppletInfos question) const;
+    [[nodiscard]] std::string infoText(AppletInfos question) const;
     /// \return the bytes of the applet's icon, a PNG picture; 0 when it has none
-    int iconSize() const;
+    [[nodiscard]] int iconSize() const;
     /// \return the design that was loaded last, or null
-    fpga_design* design() const;
+    [[nodiscard]] fpga_design* design() const;
 
 private:
     std::filesystem::path mPath;

@@ -22,14 +22,16 @@ public:
     BufferSet& operator=(const BufferSet&) = delete;
     ~BufferSet();
 
-    dma_mem* handle() const { return mHandle; }
-    frameindex_t count() const { return static_cast<frameindex_t>(mBuffers.size()); }
-    size_t bytes() const { return mBytes; }
+    [[nodiscard]] dma_mem* handle() const { return mHandle; }
+    [[nodiscard]] frameindex_t count() const { return static_cast<frameindex_t>(mBuffers.size()); }
+    [[nodiscard]] size_t bytes() const { return mBytes; }
 
     /// \param picture from 1
     /// \return index of the buffer that receives it
-    frameindex_t indexOf(frameindex_t picture) const { return (picture - 1) % count(); }
-    std::span<const std::byte> buffer(frameindex_t index) const { return mBuffers[static_cast<size_t>(index)]; }
+    [[nodiscard]] frameindex_t indexOf(frameindex_t picture) const { return (picture - 1) % count(); }
+    [[nodiscard]] std::span<const std::byte> buffer(frameindex_t index) const {
+        return mBuffers[static_cast<size_t>(index)];
+    }
 
 private:
     void allocate(frameindex_t count);

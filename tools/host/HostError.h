@@ -14,7 +14,7 @@ public:
     /// \param text a whole sentence for a person, without a full stop
     HostError(int code, const std::string& text) : std::runtime_error(text), mCode(code) {}
 
-    int code() const noexcept { return mCode; }
+    [[nodiscard]] int code() const noexcept { return mCode; }
 
 private:
     int mCode;

@@ -40,7 +40,7 @@ struct ParameterInfo {
     std::vector<EnumerationEntry> entries;
 
     /// \return whether its values are read and written as the bits of an unsigned number
-    bool isUnsigned() const { return type == ParameterType::Integer && limits.maximum > INT32_MAX; }
+    [[nodiscard]] bool isUnsigned() const { return type == ParameterType::Integer && limits.maximum > INT32_MAX; }
 };
 
 /// An integer above 2147483647 stands as the bits that it takes in 32.
@@ -52,13 +52,13 @@ class ParameterCatalogue {
 public:
     explicit ParameterCatalogue(const Grabber& grabber, int port = 0);
 
-    std::span<const ParameterInfo> parameters() const { return mParameters; }
+    [[nodiscard]] std::span<const ParameterInfo> parameters() const { return mParameters; }
 
     /// \param name with or without "FG_", in any letter case
     /// \return the parameter, valid as long as the catalogue, or null
-    const ParameterInfo* find(std::string_view name) const;
+    [[nodiscard]] const ParameterInfo* find(std::string_view name) const;
     /// \return at most five names that resemble \p name, the nearest first
-    std::vector<std::string> suggestions(std::string_view name) const;
+    [[nodiscard]] std::vector<std::string> suggestions(std::string_view name) const;
 
 private:
     void addGroup(const RegisterInfo& group, const std::string& path);

@@ -41,7 +41,7 @@ struct Window {
     uint32_t width = 0;
     uint32_t height = 0;
 
-    uint64_t bytes() const { return uint64_t{width} * height; }
+    [[nodiscard]] uint64_t bytes() const { return uint64_t{width} * height; }
 };
 
 uint32_t readPixels(const host::Grabber& grabber, int id, const char* name) {
@@ -133,11 +133,11 @@ public:
 private:
     void checkBuffers() const;
     void openOutput();
-    frameindex_t pictures() const { return mCount == 0 ? kEndless : mCount; }
-    frameindex_t bufferCount(const Window& window) const;
+    [[nodiscard]] frameindex_t pictures() const { return mCount == 0 ? kEndless : mCount; }
+    [[nodiscard]] frameindex_t bufferCount(const Window& window) const;
     RecordingReport acquire(host::Grabber& grabber, const Window& window, frameindex_t buffers, StopSignals& signals);
     void printStatistics(const Window& window, const RecordingReport& report) const;
-    int finish(const host::Grabber& grabber, const RecordingReport& report, int signal) const;
+    [[nodiscard]] int finish(const host::Grabber& grabber, const RecordingReport& report, int signal) const;
 
     PictureSource mSource;
     StateOptions mState;

@@ -19,7 +19,7 @@ public:
     FileBeside& operator=(const FileBeside&) = delete;
     ~FileBeside();
 
-    const std::filesystem::path& temporary() const { return mTemporary; }
+    [[nodiscard]] const std::filesystem::path& temporary() const { return mTemporary; }
 
     /// Gives the temporary file its own name, and the rights of the file that it replaces.
     /// \throws ToolError when that fails

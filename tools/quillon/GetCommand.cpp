@@ -46,6 +46,7 @@ public:
         mState.apply(grabber);
         const host::ParameterCatalogue catalogue(grabber);
         std::vector<Request> requests;
+        requests.reserve(mNames.size());
         for (const std::string& name : mNames) requests.push_back(makeRequest(catalogue, name));
         int exitCode = kExitOk;
         for (Request& request : requests) {

@@ -11,9 +11,9 @@ public:
     explicit NamePattern(const std::string& text);
 
     /// \param prefix beginning of the name that may be left out, for example "FG_"
-    bool matches(const std::string& name, const std::string& prefix = "") const;
+    [[nodiscard]] bool matches(const std::string& name, const std::string& prefix = "") const;
     /// \return whether it can tell one name from another
-    bool isSelective() const { return mIsSelective; }
+    [[nodiscard]] bool isSelective() const { return mIsSelective; }
 
 private:
     std::string mGlob;

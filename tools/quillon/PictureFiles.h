@@ -25,8 +25,8 @@ public:
     explicit PictureFiles(const std::string& pattern);
 
     /// \return whether each picture gets a name of its own
-    bool isNumbered() const { return mIsNumbered; }
-    std::filesystem::path path(int number) const;
+    [[nodiscard]] bool isNumbered() const { return mIsNumbered; }
+    [[nodiscard]] std::filesystem::path path(int number) const;
 
     /// Creates the folder of the files when there is none.
     /// \throws ToolError when it cannot be created or written
@@ -39,7 +39,7 @@ private:
     enum class Format { Png, Pgm };
 
     void parse(const std::string& pattern);
-    std::filesystem::path folder() const;
+    [[nodiscard]] std::filesystem::path folder() const;
 
     Format mFormat = Format::Png;
     bool mIsNumbered = false;

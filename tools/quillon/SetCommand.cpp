@@ -30,7 +30,7 @@ public:
 
 private:
     /// \return whether there is a file to load
-    bool checkFile() const;
+    [[nodiscard]] bool checkFile() const;
     void print(const host::Grabber& grabber) const;
 
     std::vector<std::string> mSettings;

@@ -18,7 +18,7 @@ public:
     ~StopSignals();
 
     /// \return the signal that came, or 0
-    int received() const { return mReceived; }
+    [[nodiscard]] int received() const { return mReceived; }
 
     /// Runs \p action in another thread when a signal comes, at once when one has come already. An empty action
     /// takes the former one back; it is not running any more when this returns.

@@ -12,7 +12,7 @@ public:
     void add(std::vector<std::string> cells) { mRows.push_back(std::move(cells)); }
 
     /// \return all rows, each ended by a line feed and without blanks at its end
-    std::string text() const;
+    [[nodiscard]] std::string text() const;
 
 private:
     std::vector<std::vector<std::string>> mRows;

@@ -18,7 +18,7 @@ class ToolError : public std::runtime_error {
 public:
     ToolError(ExitCode exitCode, const std::string& text) : std::runtime_error(text), mExitCode(exitCode) {}
 
-    ExitCode exitCode() const noexcept { return mExitCode; }
+    [[nodiscard]] ExitCode exitCode() const noexcept { return mExitCode; }
 
 private:
     ExitCode mExitCode;

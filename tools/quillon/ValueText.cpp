@@ -91,6 +91,7 @@ std::string formatLimit(const ParameterInfo& parameter, double limit) {
 
 std::string formatEntries(const ParameterInfo& parameter) {
     std::vector<std::string> texts;
+    texts.reserve(parameter.entries.size());
     for (const EnumerationEntry& entry : parameter.entries) {
         texts.push_back(fmt::format("{} ({})", entryName(entry), entry.value));
     }
