@@ -11,9 +11,13 @@ struct BlockRegister {
     std::array<unsigned, kPorts> width{};
 };
 
+/// Only some designs have the register: its absence does not count for the init status.
+constexpr bool kOptional = true;
+
 /// Names of a block register in the design.
 struct BlockRegisterRow {
     BlockRegister& reg;
     const char* nameA;  ///< port 0
     const char* nameB;  ///< port 1 of a two-camera design; null: both ports share port 0's register
+    bool isOptional = false;
 };

@@ -77,37 +77,36 @@ const std::array<RSAreaTrigger::Width, 8> RSAreaTrigger::kWidths{{
 RSAreaTrigger::RSAreaTrigger(Fg_StdMaster* Fg_Base) : RSMaster(Fg_Base) {}
 
 void RSAreaTrigger::initRegisters() {
+    // Only some designs have the queue and a flash duration of its own.
     const std::array rows{
-        BlockRegisterRow{mwReg_MasterSync,       "AATrgArea_MasterSyncA",      nullptr                     },
-        BlockRegisterRow{mwReg_HdLow,            "AATrgArea_HdLow",            nullptr                     },
-        BlockRegisterRow{mwReg_HdPeriod,         "AATrgArea_HdPeriod",         nullptr                     },
-        BlockRegisterRow{rReg_SwTrgBusy,         "AATrg_ImgBusy",              "ABTrg_ImgBusy"             },
-        BlockRegisterRow{wReg_ExSyncHigh,        "AATrgArea_ExSyncHigh",       "ABTrgArea_ExSyncHigh"      },
-        BlockRegisterRow{wReg_ExSyncInvert,      "AATrg_ExSyncHighActive",     "ABTrg_ExSyncHighActive"    },
-        BlockRegisterRow{wReg_ExSyncLow,         "AATrgArea_ExSyncLow",        "ABTrgArea_ExSyncLow"       },
-        BlockRegisterRow{wReg_ExSyncMode,        "AATrgArea_ExSyncMode",       "ABTrgArea_ExSyncMode"      },
-        BlockRegisterRow{wReg_ExSyncOn,          "AATrgArea_ExSyncOn",         "ABTrgArea_ExSyncOn"        },
-        BlockRegisterRow{wReg_StrobePulseDelay,  "AATrgArea_FlashDelay",       "ABTrgArea_FlashDelay"      },
-        BlockRegisterRow{mReg_StrobePulseMask,   "AATrgArea_FlashEnable",      "ABTrgArea_FlashEnable"     },
-        BlockRegisterRow{wReg_StrobePulseInvert, "AATrg_FlashHighActive",      "ABTrg_FlashHighActive"     },
-        BlockRegisterRow{wReg_TrgInPolarity,     "AATrg_ImgInLowActive",       "ABTrg_ImgInLowActive"      },
-        BlockRegisterRow{wReg_TrgInSelect,       "AATrg_ImgInSelect",          "ABTrg_ImgInSelect"         },
-        BlockRegisterRow{wReg_TrgSwEnable,       "AATrg_ImgSwEnable",          "ABTrg_ImgSwEnable"         },
-        BlockRegisterRow{wReg_TrgSwSet,          "AATrg_ImgSwSet",             "ABTrg_ImgSwSet"            },
-        BlockRegisterRow{wReg_ExSyncDelay,       "AATrgArea_ExSyncDelay",      "ABTrgArea_ExSyncDelay"     },
+        BlockRegisterRow{mwReg_MasterSync, "AATrgArea_MasterSyncA", nullptr},
+        BlockRegisterRow{mwReg_HdLow, "AATrgArea_HdLow", nullptr},
+        BlockRegisterRow{mwReg_HdPeriod, "AATrgArea_HdPeriod", nullptr},
+        BlockRegisterRow{rReg_SwTrgBusy, "AATrg_ImgBusy", "ABTrg_ImgBusy"},
+        BlockRegisterRow{rReg_SwTrgQueueFillLevel, "AATrgArea_SwTrgQueueFillLevel", "ABTrgArea_SwTrgQueueFillLevel",
+                         kOptional},
+        BlockRegisterRow{wReg_SwTrgQueueTriggers, "AATrgArea_SwTrgQueueTriggers", "ABTrgArea_SwTrgQueueTriggers",
+                         kOptional},
+        BlockRegisterRow{wReg_SwTrgQueueEnable, "AATrgArea_SwTrgQueueEnable", "ABTrgArea_SwTrgQueueEnable", kOptional},
+        BlockRegisterRow{wReg_FlashLow, "AATrgArea_FlashLow", "ABTrgArea_FlashLow", kOptional},
+        BlockRegisterRow{wReg_flashTimeProgrammable, "AAEnable_ProgFlashDuration", "ABEnable_ProgFlashDuration",
+                         kOptional},
+        BlockRegisterRow{wReg_ExSyncHigh, "AATrgArea_ExSyncHigh", "ABTrgArea_ExSyncHigh"},
+        BlockRegisterRow{wReg_ExSyncInvert, "AATrg_ExSyncHighActive", "ABTrg_ExSyncHighActive"},
+        BlockRegisterRow{wReg_ExSyncLow, "AATrgArea_ExSyncLow", "ABTrgArea_ExSyncLow"},
+        BlockRegisterRow{wReg_ExSyncMode, "AATrgArea_ExSyncMode", "ABTrgArea_ExSyncMode"},
+        BlockRegisterRow{wReg_ExSyncOn, "AATrgArea_ExSyncOn", "ABTrgArea_ExSyncOn"},
+        BlockRegisterRow{wReg_StrobePulseDelay, "AATrgArea_FlashDelay", "ABTrgArea_FlashDelay"},
+        BlockRegisterRow{mReg_StrobePulseMask, "AATrgArea_FlashEnable", "ABTrgArea_FlashEnable"},
+        BlockRegisterRow{wReg_StrobePulseInvert, "AATrg_FlashHighActive", "ABTrg_FlashHighActive"},
+        BlockRegisterRow{wReg_TrgInPolarity, "AATrg_ImgInLowActive", "ABTrg_ImgInLowActive"},
+        BlockRegisterRow{wReg_TrgInSelect, "AATrg_ImgInSelect", "ABTrg_ImgInSelect"},
+        BlockRegisterRow{wReg_TrgSwEnable, "AATrg_ImgSwEnable", "ABTrg_ImgSwEnable"},
+        BlockRegisterRow{wReg_TrgSwSet, "AATrg_ImgSwSet", "ABTrg_ImgSwSet"},
+        BlockRegisterRow{wReg_ExSyncDelay, "AATrgArea_ExSyncDelay", "ABTrgArea_ExSyncDelay"},
         BlockRegisterRow{wReg_TriggersUntilStop, "AATrgArea_TriggersTillStop", "ABTrgArea_TriggersTillStop"},
     };
     initBlockRegisters(rows, Widths::kAsk);
-    // Only some designs have the queue and a flash duration of its own.
-    const OptionalLookup optional(*this);
-    const std::array optionalRows{
-        BlockRegisterRow{rReg_SwTrgQueueFillLevel,   "AATrgArea_SwTrgQueueFillLevel", "ABTrgArea_SwTrgQueueFillLevel"},
-        BlockRegisterRow{wReg_SwTrgQueueTriggers,    "AATrgArea_SwTrgQueueTriggers",  "ABTrgArea_SwTrgQueueTriggers" },
-        BlockRegisterRow{wReg_SwTrgQueueEnable,      "AATrgArea_SwTrgQueueEnable",    "ABTrgArea_SwTrgQueueEnable"   },
-        BlockRegisterRow{wReg_FlashLow,              "AATrgArea_FlashLow",            "ABTrgArea_FlashLow"           },
-        BlockRegisterRow{wReg_flashTimeProgrammable, "AAEnable_ProgFlashDuration",    "ABEnable_ProgFlashDuration"   },
-    };
-    initBlockRegisters(optionalRows, Widths::kAsk);
 }
 
 bool RSAreaTrigger::isSoftwareTriggerQueueAvailable(unsigned port) const {

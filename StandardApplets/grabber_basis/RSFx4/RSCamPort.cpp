@@ -113,14 +113,13 @@ void RSCamPort::initRegisters() {
     initBothPorts(rows);
     enablePorts(1);
     const std::array orderRows{
-        BlockRegisterRow{mWriteReg_ReadOutPixelOrder, "AAPixelOrder", "ABPixelOrder"},
+        BlockRegisterRow{mWriteReg_ReadOutPixelOrder, "AAPixelOrder", "ABPixelOrder"}
     };
     initBothPorts(orderRows);
-    const OptionalLookup optional(*this);
-    const std::array optionalRows{
-        BlockRegisterRow{mWriteReg_CamPortPoclLite, "AACamPortLite", "ABCamPortLite"}
+    const std::array liteRows{
+        BlockRegisterRow{mWriteReg_CamPortPoclLite, "AACamPortLite", "ABCamPortLite", kOptional}
     };
-    initBothPorts(optionalRows);
+    initBothPorts(liteRows);
 }
 
 void RSCamPort::enablePorts(unsigned value) {

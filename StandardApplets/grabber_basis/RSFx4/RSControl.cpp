@@ -19,18 +19,13 @@ RSControl::RSControl(Fg_StdMaster* Fg_Base) : RSMaster(Fg_Base) {}
 
 void RSControl::initRegisters() {
     const std::array rows{
-        BlockRegisterRow{mWriteReg_CamSelect,          "AACamSelect",   nullptr        },
+        BlockRegisterRow{mWriteReg_CamSelect, "AACamSelect", nullptr},
         BlockRegisterRow{mWriteReg_SdRamEnableDisable, "AASdramEnable", "ABSdramEnable"},
-        BlockRegisterRow{mWriteReg_GlobalWork,         "AAglobal_work", "ABglobal_work"},
-        BlockRegisterRow{mWriteReg_Reset,              "AAReset",       "ABReset"      },
+        BlockRegisterRow{mWriteReg_GlobalWork, "AAglobal_work", "ABglobal_work"},
+        BlockRegisterRow{mWriteReg_Reset, "AAReset", "ABReset"},
+        BlockRegisterRow{mReadReg_BufferStatus, "AABufferStatus", "ABBufferStatus", kOptional},
     };
     initBlockRegisters(rows);
-    // Only some designs tell the buffer status.
-    const OptionalLookup optional(*this);
-    const std::array optionalRows{
-        BlockRegisterRow{mReadReg_BufferStatus, "AABufferStatus", "ABBufferStatus"}
-    };
-    initBlockRegisters(optionalRows);
 }
 
 int RSControl::writeEnableDisableGlobalwork(unsigned int port, bool enable) {

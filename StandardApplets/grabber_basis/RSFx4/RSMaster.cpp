@@ -88,27 +88,26 @@ void RSMaster::initRegister(int* reg, const char* name, unsigned int* width) {
     if (error != FG_OK) mRegisterInitSuccess = error;
 }
 
-void RSMaster::initBlockRegisters(std::span<const BlockRegisterRow> rows, Widths widths) {
-    const auto look = [&](BlockRegister& reg, unsigned port, const char* name) {
-        initRegister(&reg.handle[port], name, widths == Widths::kAsk ? &reg.width[port] : nullptr);
-    };
-    for (const BlockRegisterRow& row : rows) look(row.reg, 0, row.nameA);
-    shareRegisters(rows);
-    if (!IsTwoCamModel()) return;
+void RSMaster::initRows(std::span<const BlockRegisterRow> rows, unsigned int port, Widths widths) {
     for (const BlockRegisterRow& row : rows) {
-        if (row.nameB != nullptr) look(row.reg, 1, row.nameB);
+        const char* name = port == 0 ? row.nameA : row.nameB;
+        if (name == nullptr) continue;
+        const int status = mRegisterInitSuccess;
+        initRegister(&row.reg.handle[port], name, widths == Widths::kAsk ? &row.reg.width[port] : nullptr);
+        if (row.isOptional) mRegisterInitSuccess = status;
     }
 }
 
+void RSMaster::initBlockRegisters(std::span<const BlockRegisterRow> rows, Widths widths) {
+    initRows(rows, 0, widths);
+    shareRegisters(rows);
+    if (IsTwoCamModel()) initRows(rows, 1, widths);
+}
+
 void RSMaster::initBothPorts(std::span<const BlockRegisterRow> rows) {
-    for (const BlockRegisterRow& row : rows) {
-        initRegister(&row.reg.handle[0], row.nameA, nullptr);
-        if (row.nameB == nullptr) {
-            row.reg.handle[1] = row.reg.handle[0];
-        } else {
-            initRegister(&row.reg.handle[1], row.nameB, nullptr);
-        }
-    }
+    initRows(rows, 0, Widths::kSkip);
+    shareRegisters(rows);
+    initRows(rows, 1, Widths::kSkip);
 }
 
 void RSMaster::shareRegisters(std::span<const BlockRegisterRow> rows) {

@@ -83,26 +83,14 @@ protected:
     /// Whether a lookup also asks for the registers' widths.
     enum class Widths { kSkip, kAsk };
 
-    /// Keeps the register-init status while optional registers are looked up: their absence is no failure.
-    class OptionalLookup {
-    public:
-        explicit OptionalLookup(RSMaster& module) : mModule(module), mStatus(module.mRegisterInitSuccess) {}
-        OptionalLookup(const OptionalLookup&) = delete;
-        OptionalLookup& operator=(const OptionalLookup&) = delete;
-        ~OptionalLookup() { mModule.mRegisterInitSuccess = mStatus; }
-
-    private:
-        RSMaster& mModule;
-        int mStatus;
-    };
-
     /// Looks a register up. A missing one leaves handle and width 0 and the status FG_REGISTER_NOT_FOUND.
     /// \param width receives the width in bits; may be null
     void initRegister(int* reg, const char* name, unsigned int* width);
     /// Looks the registers of a block up: all names of port 0, then, on a two-camera design, those of port 1;
     /// otherwise both ports share port 0's registers.
     void initBlockRegisters(std::span<const BlockRegisterRow> rows, Widths widths = Widths::kSkip);
-    /// Looks the registers of both ports up whatever the design; a row without a name for port 1 shares port 0's.
+    /// Looks the registers of both ports up whatever the design, those of port 0 first; a row without a name for port 1
+    /// shares port 0's.
     void initBothPorts(std::span<const BlockRegisterRow> rows);
     /// Lets both ports use port 0's registers.
     void shareRegisters(std::span<const BlockRegisterRow> rows);
@@ -120,6 +108,7 @@ protected:
         return first != FG_OK ? first : writeHandle(reg.handle[1], value);
     }
 
+    void initRows(std::span<const BlockRegisterRow> rows, unsigned int port, Widths widths);
     int writeHandle(int handle, uint64_t value);
     [[nodiscard]] bool isMedium() const;
 
