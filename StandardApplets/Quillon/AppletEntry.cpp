@@ -32,14 +32,16 @@ fpga_design* loadDesign() {
 
 extern "C" Fg_Master* Std_entry(FgDevice* hwhandle, int* err, int isSlave) {
     return guarded([&]() -> Fg_Master* {
+        int unasked = FG_OK;
+        int& result = err != nullptr ? *err : unasked;
         setInfoDeviceHandle(hwhandle);
         if (isSlave != 0) {
-            *err = FG_INVALID_ARGUMENT;
+            result = FG_INVALID_ARGUMENT;
             return nullptr;
         }
         fpga_design* design = loadDesign();
         setInfoDesignHandle(design);
-        return grabberAlloc("dummy", hwhandle, design, err, nullptr, false, false);
+        return grabberAlloc("dummy", hwhandle, design, &result, nullptr, false, false);
     });
 }
 

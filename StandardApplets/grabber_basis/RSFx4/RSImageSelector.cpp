@@ -20,7 +20,7 @@ void RSImageSelector::initRegisters() {
         BlockRegisterRow{mWriteReg_ImgSelect,       "AAImgSelect",       "ABImgSelect"      },
         BlockRegisterRow{mWriteReg_ImgSelectPeriod, "AAImgSelectPeriod", "ABImgSelectPeriod"},
     };
-    initBothPorts(rows);
+    for (const BlockRegisterRow& row : rows) initBothPorts({&row, 1});
     if (!IsTwoCamModel()) shareRegisters(rows);
 }
 
