@@ -22,7 +22,7 @@ extern "C" {
 
 /// Creates the grabber of a board: loads the design, configures the FPGA and brings every parameter to its default.
 /// \param hwhandle board device handle, borrowed for the life of the grabber
-/// \param err receives 0 or the code of the refusal
+/// \param err receives 0 or the code of the refusal; may be null
 /// \param isSlave must be 0; else the code is FG_INVALID_ARGUMENT
 /// \return the grabber, which the host stores in Fg_Struct_s::Master and gives back with Fg_FreeGrabber; or null
 FABRIX_EXPORT Fg_Master* Std_entry(FgDevice* hwhandle, int* err, int isSlave);
