@@ -99,9 +99,7 @@ int Fg_StdMaster::getIsArea(int port) const { return load(isArea, port); }
 void Fg_StdMaster::setIsSeparation(bool isSeparation) { mIsSep = isSeparation; }
 bool Fg_StdMaster::getIsSeparation() const { return mIsSep; }
 void Fg_StdMaster::setIsMedium(bool isMedium) { mIsMed = isMedium; }
-bool Fg_StdMaster::getIsMedium() const { return mIsMed; }
 void Fg_StdMaster::setIsFull(bool isFull) { mIsFull = isFull; }
-bool Fg_StdMaster::getIsFull() const { return mIsFull; }
 
 void Fg_StdMaster::setCameraCategory(int camCat, int port) {
     if (mIsMed || port == 0) mACamCategory = camCat;
@@ -117,7 +115,6 @@ void Fg_StdMaster::setActiveFormat(int port, int format) {
 
 int Fg_StdMaster::getActiveFormat(int port) const { return load(mDataFormat, port); }
 void Fg_StdMaster::setActivePort(int CamPort) { mActivePort = CamPort; }
-int Fg_StdMaster::getActivePort() const { return mActivePort; }
 bool Fg_StdMaster::getIsTwoCamModel() const { return mFg_FabrixBoard->getIsDualDesign(); }
 
 void Fg_StdMaster::calculateImageScalingFactor(int port) {

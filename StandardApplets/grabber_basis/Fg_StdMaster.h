@@ -56,9 +56,9 @@ public:
     [[nodiscard]] bool getIsSeparation() const;
     /// Medium: one camera uses both connectors.
     void setIsMedium(bool isMedium);
-    [[nodiscard]] bool getIsMedium() const;
+    [[nodiscard]] bool getIsMedium() const { return mIsMed; }
     void setIsFull(bool isFull);
-    [[nodiscard]] bool getIsFull() const;
+    [[nodiscard]] bool getIsFull() const { return mIsFull; }
     /// Stores the category, in the medium configuration for both ports.
     void setCameraCategory(int camCat, int port);
     [[nodiscard]] int getCameraCategory(int port) const;
@@ -69,7 +69,7 @@ public:
 
     /// The port that a one-path design serves; stored unchecked, as configuration files bring it.
     void setActivePort(int CamPort);
-    [[nodiscard]] int getActivePort() const;
+    [[nodiscard]] int getActivePort() const { return mActivePort; }
     /// \return whether the design has two independent acquisition paths
     [[nodiscard]] bool getIsTwoCamModel() const;
 

@@ -69,8 +69,6 @@ int Fx3Parameter::setDescr(const char* text) {
     return FG_OK;
 }
 
-bool Fx3Parameter::hasKnownType() const { return data.type >= TYPE_INT && data.type <= TYPE_DIRECT; }
-
 int Fx3Parameter::checkParameter(const void* value, unsigned int port, FgParamTypes type) const {
     if (!isPort(port)) return FG_INVALID_PORT;
     const int accessBits = access.accessFlag[port];

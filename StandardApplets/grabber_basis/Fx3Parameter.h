@@ -134,7 +134,7 @@ public:
     [[nodiscard]] int checkParameter(const void* value, unsigned int port, FgParamTypes type) const;
 
     /// \return whether the type is one of the six
-    [[nodiscard]] bool hasKnownType() const;
+    [[nodiscard]] bool hasKnownType() const { return data.type >= TYPE_INT && data.type <= TYPE_DIRECT; }
 
     Fx3ParameterHeader* head;  ///< the registry, borrowed
     Fx3ParamInterface description;

@@ -22,7 +22,7 @@ unsigned selectorOf(int id) { return static_cast<unsigned>(id) & ~FG_PARAMETER_I
 Fx3ParameterHeader::Fx3ParameterHeader() : paramInfo(std::make_unique<Fg_ParameterInfo>()) {}
 
 Fx3ParameterHeader::~Fx3ParameterHeader() {
-    for (auto& [id, record] : paramSearchTable) record.reset();
+    for (SearchEntry& entry : paramSearchTable) entry.record.reset();
 }
 
 // ---- Modules
@@ -65,25 +65,35 @@ void Fx3ParameterHeader::initAllRegisterWithCacheValue() {}
 
 // ---- Records
 
-void Fx3ParameterHeader::addSearchEntry(int id, Fx3Parameter* entry) { paramSearchTable[id].reset(entry); }
-
-Fx3Parameter* Fx3ParameterHeader::searchParameterById(int id) const {
-    const auto found = paramSearchTable.find(parameterOf(id));
-    return found == paramSearchTable.end() ? nullptr : found->second.get();
+Fx3ParameterHeader::SearchTable::const_iterator Fx3ParameterHeader::placeOf(int id) const {
+    return std::lower_bound(paramSearchTable.begin(), paramSearchTable.end(), id,
+                            [](const SearchEntry& entry, int wanted) { return entry.id < wanted; });
 }
 
+void Fx3ParameterHeader::addSearchEntry(int id, Fx3Parameter* entry) {
+    auto place = paramSearchTable.begin() + (placeOf(id) - paramSearchTable.cbegin());
+    const bool isKnown = place != paramSearchTable.end() && place->id == id;
+    // Taken over last: where there is no room for it, it stays with the caller.
+    mIndex.reserve();
+    if (!isKnown) place = paramSearchTable.insert(place, SearchEntry{id, nullptr});
+    mIndex.add(entry);
+    place->record.reset(entry);
+}
+
+Fx3Parameter* Fx3ParameterHeader::searchParameterById(int id) const { return mIndex.find(parameterOf(id)); }
+
 Fx3Parameter* Fx3ParameterHeader::searchParameterByName(const char* name) const {
-    const auto found = std::find_if(paramSearchTable.begin(), paramSearchTable.end(), [name](const auto& entry) {
-        return entry.second->description.parameterName == name;
+    const auto found = std::find_if(paramSearchTable.begin(), paramSearchTable.end(), [name](const SearchEntry& entry) {
+        return entry.record->description.parameterName == name;
     });
-    return found == paramSearchTable.end() ? nullptr : found->second.get();
+    return found == paramSearchTable.end() ? nullptr : found->record.get();
 }
 
 Fx3Parameter* Fx3ParameterHeader::searchParameterByDefName(const char* defName) const {
-    const auto found = std::find_if(paramSearchTable.begin(), paramSearchTable.end(), [defName](const auto& entry) {
-        return entry.second->description.defineName == defName;
-    });
-    return found == paramSearchTable.end() ? nullptr : found->second.get();
+    const auto found =
+        std::find_if(paramSearchTable.begin(), paramSearchTable.end(),
+                     [defName](const SearchEntry& entry) { return entry.record->description.defineName == defName; });
+    return found == paramSearchTable.end() ? nullptr : found->record.get();
 }
 
 int Fx3ParameterHeader::getParameterIdByName(const char* name) const {
@@ -95,7 +105,7 @@ int Fx3ParameterHeader::getParamCount() const { return static_cast<int>(paramSea
 
 Fx3Parameter* Fx3ParameterHeader::getParameterAt(int index) const {
     if (index < 0 || index >= getParamCount()) return nullptr;
-    return std::next(paramSearchTable.begin(), index)->second.get();
+    return paramSearchTable[static_cast<size_t>(index)].record.get();
 }
 
 const char* Fx3ParameterHeader::getParameterName(int index) const {
@@ -141,7 +151,7 @@ int Fx3ParameterHeader::afterWrite(Fx3Parameter& record, unsigned int port, int 
     }
     const int failed = record.mParent->updateParameter(port, record.description.id);
     if (failed != FG_OK) return failed;
-    return updateDependency(record.description.id, static_cast<int>(port));
+    return runDependencies(record, static_cast<int>(port));
 }
 
 int Fx3ParameterHeader::getParameterById(int id, void* Value, int port, FgParamTypes /*type*/) const {
@@ -228,16 +238,20 @@ int Fx3ParameterHeader::addUpdateDependency(int mode, int id, int id2Update, boo
 int Fx3ParameterHeader::updateDependency(int id, int port) {
     const Fx3Parameter* record = searchParameterById(id);
     if (record == nullptr) return FG_OK;
-    if (!isPort(port)) return FG_INVALID_PORT;
+    return isPort(port) ? runDependencies(*record, port) : FG_INVALID_PORT;
+}
+
+/// \return the result of the last dependency that ran
+int Fx3ParameterHeader::runDependencies(const Fx3Parameter& record, int port) {
     int last = FG_OK;
-    for (const DepStruct& dependency : record->description.paramUpdateDep) {
-        if (searchParameterById(dependency.id) != nullptr) last = runDependency(dependency, port);
+    for (const DepStruct& dependency : record.description.paramUpdateDep) {
+        const Fx3Parameter* dependent = searchParameterById(dependency.id);
+        if (dependent != nullptr) last = runDependency(dependency, *dependent->mParent, port);
     }
     return last;
 }
 
-int Fx3ParameterHeader::runDependency(const DepStruct& dependency, int port) {
-    RSMaster& module = *searchParameterById(dependency.id)->mParent;
+int Fx3ParameterHeader::runDependency(const DepStruct& dependency, RSMaster& module, int port) {
     const auto portIndex = static_cast<unsigned>(port);
     if (dependency.mode == 0) {
         return dependency.updateAll == 0 ? module.updateParameter(portIndex, dependency.id)

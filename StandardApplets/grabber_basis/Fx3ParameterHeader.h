@@ -2,8 +2,10 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "StandardApplets/grabber_basis/Fx3Parameter.h"
+#include "StandardApplets/grabber_basis/ParameterIndex.h"
 #include "StandardApplets/grabber_basis/parameterInfo.h"
 
 class Fg_Error;
@@ -135,9 +137,17 @@ public:
     /// @}
 
 private:
+    struct SearchEntry {
+        int id;
+        std::unique_ptr<Fx3Parameter> record;
+    };
+    using SearchTable = std::vector<SearchEntry>;  // sorted by identifier
+
     [[nodiscard]] RegisterInfo* nodeOf(const Fx3Parameter& record, int port) const;
     int afterWrite(Fx3Parameter& record, unsigned int port, int formerActivePort);
-    int runDependency(const DepStruct& dependency, int port);
+    int runDependencies(const Fx3Parameter& record, int port);
+    int runDependency(const DepStruct& dependency, RSMaster& module, int port);
+    [[nodiscard]] SearchTable::const_iterator placeOf(int id) const;
     void addLeaf(Fx3Parameter& record, int port, RegisterInfo* group);
     void addDirectRegisterLeaves(int port, RegisterInfo* group);
 
@@ -146,7 +156,8 @@ private:
     int nbHapReg = 0;
     int allowAllAccess = 0;
     bool descriptionsInvalidated = false;
-    std::map<int, std::unique_ptr<Fx3Parameter>> paramSearchTable;
+    SearchTable paramSearchTable;
+    ParameterIndex mIndex;
     std::map<int, std::unique_ptr<RSMaster>> appletModules;
     std::unique_ptr<Fg_ParameterInfo> paramInfo;
 };

@@ -1,7 +1,8 @@
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
 
 #include <array>
-#include <iomanip>
+#include <charconv>
+#include <concepts>
 
 #include "StandardApplets/grabber_basis/Fx3Parameter.h"
 #include "fabrix/parameter_ids.h"
@@ -23,6 +24,22 @@ constexpr int kLimitDigits = 16;  // of a floating-point field
 
 std::string nameOf(const Fx3Parameter& param) { return xmlStringFilter(param.description.defineName); }
 
+void append(std::string& line, std::string_view text) { line += text; }
+
+void append(std::string& line, char character) { line += character; }
+
+void append(std::string& line, std::integral auto number) {
+    std::array<char, 24> text;
+    line.append(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
+}
+
+void append(std::string& line, double number) {
+    std::array<char, 32> text;
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, kLimitDigits);
+    line.append(text.data(), end.ptr);
+}
+
 /// \return the address whose read gives what \p selector asks for
 uint32_t addressOf(const Fx3Parameter& param, uint32_t selector) {
     return static_cast<uint32_t>(param.description.id) + selector;
@@ -36,6 +53,7 @@ int32_t signedAddressOf(const Fx3Parameter& param, uint32_t selector) {
 }  // namespace
 
 std::string xmlStringFilter(const std::string& text) {
+    if (text.find_first_of("&<>\"'") == std::string::npos) return text;
     std::string filtered;
     for (const char character : text) {
         std::string_view copy(&character, 1);
@@ -126,8 +144,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::vec
     infoGenerateAccess(param);
     openFeature(param, "Float", '"');
     line("<pValue>", nameOf(param), "_Reg</pValue>");
-    line("<Min>", std::setprecision(kLimitDigits), min, "</Min>");
-    line("<Max>", std::setprecision(kLimitDigits), max, "</Max>");
+    line("<Min>", min, "</Min>");
+    line("<Max>", max, "</Max>");
     mStr << "</Float>";
 }
 
@@ -167,7 +185,10 @@ void ParameterInfoGeneratorXML::infoGenerateAccess(const Fx3Parameter& param) {
 
 template <class... Parts>
 void ParameterInfoGeneratorXML::line(const Parts&... parts) {
-    (mStr << ... << parts) << '\n';
+    mLine.clear();
+    (append(mLine, parts), ...);
+    mLine += '\n';
+    mStr.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
 }
 
 void ParameterInfoGeneratorXML::openRegister(const Fx3Parameter& param, const RegisterFormat& format,

@@ -63,6 +63,7 @@ private:
     void selector(const Fx3Parameter& param, size_t elements);
 
     std::ostringstream& mStr;
+    std::string mLine;  ///< the line that is being put together
     int mPort;
     [[maybe_unused]] std::set<std::string>& mParameters;
 };

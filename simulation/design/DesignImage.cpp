@@ -17,20 +17,39 @@ constexpr size_t kReservedOffset = 48;
 constexpr size_t kRegisterRowSize = 24;
 constexpr size_t kUserInfoRowSize = 8;
 
-constexpr std::array<uint32_t, 256> makeCrcTable() {
-    std::array<uint32_t, 256> table{};
-    for (uint32_t byte = 0; byte < table.size(); ++byte) {
+/// Eight bytes a step: kCrcTables[k] holds what a byte contributes with k bytes behind it.
+constexpr size_t kCrcStep = 8;
+using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStep>;
+
+constexpr CrcTables makeCrcTables() {
+    CrcTables tables{};
+    for (uint32_t byte = 0; byte < 256; ++byte) {
         uint32_t crc = byte;
         for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320u : crc >> 1;
-        table[byte] = crc;
+        tables[0][byte] = crc;
     }
-    return table;
+    for (size_t k = 1; k < kCrcStep; ++k) {
+        for (size_t byte = 0; byte < 256; ++byte) {
+            const uint32_t shorter = tables[k - 1][byte];
+            tables[k][byte] = tables[0][shorter & 0xFF] ^ (shorter >> 8);
+        }
+    }
+    return tables;
 }
 
-constexpr std::array<uint32_t, 256> kCrcTable = makeCrcTable();
+constexpr CrcTables kCrcTables = makeCrcTables();
 
 uint32_t continueCrc(uint32_t crc, std::span<const uint8_t> bytes) {
-    for (const uint8_t byte : bytes) crc = kCrcTable[(crc ^ byte) & 0xFF] ^ (crc >> 8);
+    while (bytes.size() >= kCrcStep) {
+        uint32_t next = 0;
+        for (size_t i = 0; i < kCrcStep; ++i) {
+            const uint32_t carried = i < sizeof(crc) ? crc >> (8 * i) : 0;
+            next ^= kCrcTables[kCrcStep - 1 - i][(bytes[i] ^ carried) & 0xFF];
+        }
+        crc = next;
+        bytes = bytes.subspan(kCrcStep);
+    }
+    for (const uint8_t byte : bytes) crc = kCrcTables[0][(crc ^ byte) & 0xFF] ^ (crc >> 8);
     return crc;
 }
 

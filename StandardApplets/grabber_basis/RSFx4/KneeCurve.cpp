@@ -42,7 +42,8 @@ int codeOf(double value, size_t point, int shift) {
 void processKneeCurve(std::span<double> curve, const KneeProcessing& processing) {
     const double exponent = 1.0 / (processing.gamma == 0.0 ? kSmallestGamma : processing.gamma);
     for (double& value : curve) {
-        value = std::pow((value * processing.componentGain + processing.offset) * processing.gain, exponent);
+        value = (value * processing.componentGain + processing.offset) * processing.gain;
+        if (exponent != 1.0) value = std::pow(value, exponent);  // the first power is the value itself
     }
     if (processing.invert) std::reverse(curve.begin(), curve.end());
     for (double& value : curve) {
