@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kBadPorts[] = {-1, 2, 7, 2147483647};
-
 /// The staged applet and, in the board library that it opens, the control of the board.
 class GrabberLifeTest : public testing::Test {
 protected:
@@ -96,42 +94,6 @@ TEST_F(GrabberLifeTest, RefusedOpensCanFollowEachOther) {
         EXPECT_EQ(err, -6);
     }
     EXPECT_EQ(open(), 0);
-}
-
-TEST_F(GrabberLifeTest, BadPortsAreRefusedByEveryFunctionThatTakesOne) {
-    ASSERT_EQ(open(), 0);
-    auto* const memory = board<decltype(TavoGetVirtualUserBuffer)>("TavoGetVirtualUserBuffer")(device(), 4096, 1);
-    ASSERT_NE(memory, nullptr);
-    const auto read = applet<decltype(Fg_getParameterWithType)>("Fg_getParameterWithType");
-    for (const int port : kBadPorts) {
-        SCOPED_TRACE(port);
-        EXPECT_EQ(set(FG_WIDTH, 512, port), -61);
-        EXPECT_EQ(lastError(), -61);
-        EXPECT_EQ(set(999999, 512, port), -2070);
-        int value = 77;
-        for (const unsigned selector : {0u, FG_SELECT_MAXIMUM, FG_SELECT_ACCESS, FG_SELECT_MINIMUM}) {
-            const auto id = static_cast<int>(static_cast<unsigned>(FG_WIDTH) | selector);
-            EXPECT_EQ(read(&grabber, id, &value, port, FG_PARAM_TYPE_INT32_T), -61);
-        }
-        EXPECT_EQ(value, 77);
-        EXPECT_EQ(applet<decltype(Fg_getParameterInfo)>("Fg_getParameterInfo")(&grabber, port), nullptr);
-        size_t size = 7;
-        EXPECT_LT(applet<decltype(Fg_getParameterInfoXML)>("Fg_getParameterInfoXML")(&grabber, port, nullptr, &size),
-                  0);
-        EXPECT_EQ(size, 7U);
-        EXPECT_EQ(applet<decltype(Fg_AcquireEx)>("Fg_AcquireEx")(&grabber, port, 1, 1, memory), -2070);
-        EXPECT_EQ(lastError(), -2070);
-        EXPECT_EQ(applet<decltype(Fg_getStatusEx)>("Fg_getStatusEx")(&grabber, 100, 0, port, memory), -2070);
-        EXPECT_EQ(applet<decltype(Fg_stopAcquireEx)>("Fg_stopAcquireEx")(&grabber, port, memory, 0), -3010);
-        EXPECT_LT(applet<decltype(Fg_getLastPicNumberEx)>("Fg_getLastPicNumberEx")(&grabber, port, memory), 0);
-        EXPECT_LE(applet<decltype(Fg_getLastPicNumberBlockingEx)>("Fg_getLastPicNumberBlockingEx")(&grabber, 1, port, 0,
-                                                                                                   memory),
-                  0);
-        EXPECT_EQ(applet<decltype(Fg_AllocShading)>("Fg_AllocShading")(&grabber, 0, port), nullptr);
-    }
-    EXPECT_EQ(get(FG_WIDTH), 1024);
-    EXPECT_EQ(get(FG_PORT), 0);
-    EXPECT_EQ(board<decltype(TavoFreeVirtualUserBuffer)>("TavoFreeVirtualUserBuffer")(device(), memory), 0);
 }
 
 TEST_F(GrabberLifeTest, StopFromAnotherThreadEndsABlockedWait) {

@@ -3,36 +3,6 @@
 
 namespace {
 
-TEST_F(CamPortTest, PublishesItsParameters) {
-    addCamera(kFull);
-    // clang-format off
-    const std::pair<int, const char*> rows[] = {
-        {30001, "FG_CAMERA_TYPE | Camera type | - | 1101 | Type of the camera (Line/Area)."},
-        {30000, "FG_CAMPORT_CONFIG | Camport config. | - | 1101 | Camport config. (Dual/Medium)"},
-        {5025, "FG_USEDVAL | Use DVAL | - | 7111 | Use CameraLink's Dval signal or ignore it."},
-        {700, "FG_FORMAT | Output Format | [bit] | 3111 | Pixel format of the output image."},
-        {4000, "FG_PIXELDEPTH | Pixel Depth | [bit] | 1110 | Information about the number of valid bits per "
-               "component."},
-        {11011, "FG_CAMERA_LINK_CAMTYP | Input Format | - | 7111 | Compatibility parameter."},
-        {4010, "FG_BITALIGNMENT | Alignment | - | 7111 | Defines if the output data are right aligned or left "
-               "aligned."},
-    };
-    // clang-format on
-    for (const auto& [id, text] : rows) {
-        for (const unsigned port : {0u, 1u}) EXPECT_EQ(described(record(id), port), text);
-    }
-    EXPECT_EQ(entriesOf(record(30001), 1), "Line=1 Line, Area=0 Area, default 0");
-    EXPECT_EQ(entriesOf(record(30000), 0), "Full=2 Full, Medium=1 Medium, Dual=0 Dual, default 2");
-    EXPECT_EQ(entriesOf(record(5025), 0), "Yes=1 FG_YES, No=0 FG_NO, default 1");
-    EXPECT_EQ(entriesOf(record(4010), 0),
-              "Left aligned=1 FG_LEFT_ALIGNED, Right aligned=0 FG_RIGHT_ALIGNED, default 0");
-    EXPECT_EQ(limitsOf(record(4000), 0), "0..128 step 1 default 8");
-    for (const int id : {9200, 9210, 9220}) EXPECT_EQ(master().getHeader()->searchParameterById(id), nullptr);
-    EXPECT_EQ(tree(0),
-              "Output Format: Output Format, Pixel Depth, Alignment; "
-              "CameraLink: Input Format, Camera type, Camport config., Use DVAL");
-}
-
 TEST_F(CamPortTest, ColorCameraInBaseConfigurationMapsSerialRgb) {
     PSCamPort& module = addCamera(kBaseColor);
     int position = 0;

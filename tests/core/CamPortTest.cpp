@@ -6,8 +6,6 @@
 
 namespace {
 
-using testing::IsEmpty;
-
 constexpr int kGray16 = 1;
 constexpr int kGray8 = 3;
 
@@ -18,11 +16,6 @@ TEST_F(CamPortTest, EnablesBothPortsWhileItLives) {
     EXPECT_EQ(writes(), "AACamPortEnable 1, ABCamPortEnable 1");
     master().getHeader()->deleteAllModules();
     EXPECT_EQ(writes(), "AACamPortEnable 0, ABCamPortEnable 0");
-}
-
-TEST_F(CamPortTest, MissingRegisterIsReported) {
-    board.removeRegister("BBCamPortRgb");
-    EXPECT_EQ(addCamera(kFull).getRegisterInitSuccess(), -7040);
 }
 
 constexpr const char* kFullInput8 =
@@ -290,24 +283,6 @@ TEST_F(CamPortTest, FullUpdateStopsAtTheFirstFailure) {
         EXPECT_EQ(board.writes().back(), row.lastWrite);
         board.failWrite(row.failing, 0);
     }
-}
-
-TEST_F(CamPortTest, UnknownIdentifiersAndPortsTouchNothing) {
-    PSCamPort& module = addCamera(kFull);
-    unsigned value = 310;
-    EXPECT_EQ(module.getParamFromRs(701, &value, 0), -2070);
-    EXPECT_EQ(module.setParamToRs(701, &value, 0), -2070);
-    EXPECT_EQ(module.updateParameter(0, 701), 0);
-    for (const unsigned port : {2u, ~0u}) {
-        EXPECT_EQ(module.getParamFromRs(11011, &value, port), -61);
-        EXPECT_EQ(module.setParamToRs(11011, &value, port), -61);
-        EXPECT_EQ(module.updateParameter(port, 700), -61);
-        EXPECT_EQ(module.updateAllParameters(port), -61);
-    }
-    EXPECT_EQ(set(11011, 310, 1), -61);  // one camera on both connectors
-    EXPECT_EQ(value, 310u);
-    EXPECT_EQ(get(11011, 1), 308);
-    EXPECT_THAT(board.writes(), IsEmpty());
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include "StandardApplets/grabber_basis/Fg_ConfigFileParser.h"
 #include "StandardApplets/grabber_basis/PSFx4/PSKneeLut.h"
-#include "StandardApplets/grabber_basis/PSFx4/PSWindow.h"
 #include "StandardApplets/grabber_basis/PSFx4/ParameterTable.h"
 #include "StandardApplets/grabber_basis/ValueBorder.h"
 #include "tests/core/GrabberTest.h"
@@ -143,26 +142,6 @@ TEST_F(ConfigFileTest, SavedFileHasTheseBytes) {
               "FG_OTHER of port 1\n"
               "FG_UNREADABLE=-1;\n"
               "FG_INTEGERX=0;\n");
-}
-
-TEST_F(ConfigFileTest, LoadBringsSavedValuesBack) {
-    module.integers[0] = {
-        {kInteger,    -5},
-        {kEntry,      7 },
-        {kLongerName, 9 }
-    };
-    module.doubles = {-0.1, 12345.678901};
-    module.texts = {"a.lut", ""};
-    EXPECT_EQ(save("a.mcf"), 0);
-    const auto saved = module.integers;
-    module.integers = {};
-    module.doubles = {};
-    module.texts = {};
-    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
-    for (int id : {kInteger, kEntry, kLongerName}) EXPECT_EQ(module.integers[0][id], saved[0].at(id)) << id;
-    EXPECT_THAT(module.doubles, ElementsAre(-0.1, 12345.678901));
-    EXPECT_THAT(module.texts, ElementsAre("a.lut", ""));
-    EXPECT_THAT(module.loadedKeys, ElementsAre("FG_OTHER 0", "FG_OTHER 1"));
 }
 
 TEST_F(ConfigFileTest, LoadTestsNeitherLimitsNorAccessAndEndsWithAFullUpdate) {
@@ -303,95 +282,6 @@ TEST_F(ConfigFileTest, MediumConfigurationLoadsOnlyStructuresOfPortB) {
     EXPECT_EQ(module.integers[1][kInteger], 0);
     EXPECT_THAT(module.loadedKeys, ElementsAre("FG_OTHER 0", "FG_OTHER 1"));
     EXPECT_EQ(lastError(), 0);
-}
-
-TEST_F(ConfigFileTest, FilesDoNotFollowTheLocale) {
-    module.doubles = {0.1, -2.5};
-    {
-        const DecimalCommaLocale comma;
-        ASSERT_TRUE(comma.isActive());
-        EXPECT_EQ(save("a.mcf"), 0);
-    }
-    EXPECT_NE(files.content("a.mcf").find("FG_DOUBLE=0.1;\n"), std::string::npos);
-    module.doubles = {};
-    const DecimalCommaLocale comma;
-    ASSERT_TRUE(comma.isActive());
-    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
-    EXPECT_THAT(module.doubles, ElementsAre(0.1, -2.5));
-}
-
-TEST_F(ConfigFileTest, WindowAndKneeCurvesComeBackAndTheActivePortEndsInHardware) {
-    add<PSWindow>(65536, 1024, 1024, 16);
-    PSKneeLut& knee = add<PSKneeLut>();
-    std::vector<double> level(1025, 0.25);
-    KneeLookupTable_s curve{};
-    curve.value = level.data();
-    curve.nrOfElements = 1025;
-    ASSERT_EQ(load(FG_KNEE_LUT, curve), 0);
-    ASSERT_EQ(set(FG_KNEE_LUT_GAMMA, 0.5), 0);
-    ASSERT_EQ(set(FG_KNEE_LUT_INVERT, 1, 1), 0);
-    ASSERT_EQ(set(FG_HEIGHT, 300), 0);
-    ASSERT_EQ(set(FG_HEIGHT, 400, 1), 0);
-    EXPECT_EQ(save("a.mcf"), 0);
-    const std::string content = files.content("a.mcf");
-    EXPECT_NE(content.find("FG_HEIGHT=300;\n"), std::string::npos);
-    EXPECT_NE(content.find("FG_KNEE_LUT_FILE=' ';\n"), std::string::npos);
-    EXPECT_NE(content.find("FG_KNEE_LUT0=0.250000000000, 0.250000000000, "), std::string::npos);
-    EXPECT_EQ(content.find("FG_KNEE_LUT_SAVE_LOAD_FILE"), std::string::npos);
-
-    ASSERT_EQ(load(FG_KNEE_LUT, *knee.getLut(1, 0)), 0);
-    for (const int port : {0, 1}) {
-        ASSERT_EQ(set(FG_KNEE_LUT_GAMMA, 3.0, port), 0);
-        ASSERT_EQ(set(FG_KNEE_LUT_INVERT, 0, port), 0);
-        ASSERT_EQ(set(FG_HEIGHT, 77, port), 0);
-    }
-    EXPECT_EQ(Fg_loadConfig(handle(), files.path("a.mcf").c_str()), 0);
-    EXPECT_EQ(get<double>(FG_KNEE_LUT_GAMMA), 0.5);
-    EXPECT_EQ(get<double>(FG_KNEE_LUT_GAMMA, 1), 1.0);
-    EXPECT_EQ(get(FG_KNEE_LUT_INVERT, 1), 1);
-    EXPECT_EQ(get(FG_HEIGHT, 1), 400);
-    EXPECT_EQ(knee.getLut(0, 0)->value[1000], 0.25);
-    EXPECT_EQ(knee.getLut(1, 0)->value[512], 0.5);
-    EXPECT_EQ(board.value("AAAreaHeight"), 299u);
-    EXPECT_EQ(board.value("AAKneeLutStart"), 4096u);
-}
-
-// ---- A whole grabber
-
-class ConfiguredGrabberTest : public GrabberTest {
-protected:
-    std::map<std::string, uint64_t> registerValues() {
-        std::map<std::string, uint64_t> values;
-        for (const FakeBoard::Register& reg : board.registers) values[reg.name] = reg.value;
-        return values;
-    }
-    TextFiles files;
-};
-
-TEST_F(ConfiguredGrabberTest, NewGrabberComesToTheStateOfTheFile) {
-    const std::string path = files.path("state.mcf");
-    ASSERT_EQ(open(), 0);
-    for (const auto& [id, value] : {
-             std::pair{FG_WIDTH,   512},
-             {FG_HEIGHT,  300},
-             {FG_XOFFSET, 64 },
-             {FG_YOFFSET, 5  }
-    }) {
-        EXPECT_EQ(set(id, value), 0);
-    }
-    EXPECT_EQ(set(FG_TIMEOUT, 12), 0);
-    EXPECT_EQ(Fg_saveConfig(handle(), path.c_str()), 0);
-    const auto written = registerValues();
-    free();
-    for (FakeBoard::Register& reg : board.registers) reg.value = 0;
-
-    ASSERT_EQ(open(), 0);
-    EXPECT_NE(registerValues(), written);
-    EXPECT_EQ(Fg_loadConfig(handle(), path.c_str()), 0);
-    EXPECT_EQ(registerValues(), written);
-    EXPECT_EQ(get(FG_YOFFSET), 5);
-    EXPECT_EQ(Fg_saveConfig(handle(), files.path("again.mcf").c_str()), 0);
-    EXPECT_EQ(files.content("again.mcf"), files.content("state.mcf"));
 }
 
 }  // namespace

@@ -1,61 +1,10 @@
-// Configuration files of the whole applet: the bytes of its defaults, held against tests/data/defaults.mcf, and a
-// grabber that comes to the state of another one through a file.
-//
-// After a change of the defaults, write the file anew and read the difference:
-//     QUILLON_WRITE_DATA=1 build/release/tests/core_tests --gtest_filter='SavedDefaults*' && git diff tests/data
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
+// A grabber that comes to the state of another one through a configuration file.
 #include <map>
 
 #include "tests/core/GrabberTest.h"
 #include "tests/core/TextFiles.h"
 
 namespace {
-
-const char* const kFile = QUILLON_SOURCE "/tests/data/defaults.mcf";
-const std::string kShortKneeLine = "FG_KNEE_LUT0=the straight line;\n";
-
-/// \return the line of a straight knee curve: point i of 1025 is i / 1024, which has at most ten decimals
-std::string straightKneeLine() {
-    std::string line = "FG_KNEE_LUT0=";
-    for (uint64_t i = 0; i <= 1024; ++i) {
-        const std::string fraction = std::to_string(i % 1024 * 976'562'500U);
-        if (i != 0) line += ", ";
-        line += std::to_string(i / 1024) + "." + std::string(12 - fraction.size(), '0') + fraction;
-    }
-    return line + ";\n";
-}
-
-/// Replaces the first \p from. \return whether there was one
-bool replaceFirst(std::string& text, const std::string& from, const std::string& to) {
-    const size_t at = text.find(from);
-    if (at == std::string::npos) return false;
-    text.replace(at, from.size(), to);
-    return true;
-}
-
-class SavedDefaultsTest : public GrabberTest {
-protected:
-    TextFiles files;
-};
-
-// The file in tests/data has short lines for the two knee curves.
-TEST_F(SavedDefaultsTest, HaveTheseBytes) {
-    ASSERT_EQ(open(), 0);
-    ASSERT_EQ(Fg_saveConfig(handle(), files.path("defaults.mcf").c_str()), 0);
-    std::string saved = files.content("defaults.mcf");
-    EXPECT_EQ(straightKneeLine().size(), 16413U);
-    EXPECT_TRUE(replaceFirst(saved, straightKneeLine(), kShortKneeLine)) << "port A";
-    EXPECT_TRUE(replaceFirst(saved, straightKneeLine(), kShortKneeLine)) << "port B";
-    if (std::getenv("QUILLON_WRITE_DATA") != nullptr) {
-        std::ofstream file(kFile, std::ios::binary | std::ios::trunc);
-        file << saved;
-        ASSERT_TRUE(file.good()) << kFile;
-    }
-    std::ifstream file(kFile, std::ios::binary);
-    EXPECT_EQ(saved, std::string(std::istreambuf_iterator<char>(file), {}));
-}
 
 /// Whether the process has a locale with a decimal comma while it saves and while it loads.
 struct Locales {
@@ -66,31 +15,15 @@ class ConfigRoundTripTest : public GrabberTest, public testing::WithParamInterfa
 protected:
     /// Values on the grid of the default time base, in an order in which the limits let them pass.
     void changeMany() {
+        // clang-format off
         const std::pair<int, int> integers[] = {
-            {FG_WIDTH,                512 },
-            {FG_HEIGHT,               300 },
-            {FG_XOFFSET,              64  },
-            {FG_YOFFSET,              5   },
-            {FG_TIMEOUT,              12  },
-            {FG_TRIGGERMODE,          1   },
-            {FG_EXPOSURE,             2000},
-            {FG_EXSYNCON,             1   },
-            {FG_EXSYNCPOLARITY,       1   },
-            {FG_FLASHTIME_SYNC,       0   },
-            {FG_FLASHON,              1   },
-            {FG_FLASH_POLARITY,       1   },
-            {FG_KNEE_LUT_INVERT,      1   },
-            {FG_CCSEL0,               5   },
-            {FG_CCSEL1,               4   },
-            {FG_CCSEL2,               0   },
-            {FG_DIGIO_OUTPUT,         1   },
-            {FG_IMG_SELECT_PERIOD,    7   },
-            {FG_IMG_SELECT,           4   },
-            {FG_GEN_ENABLE,           1   },
-            {FG_GEN_ROLL,             1   },
-            {FG_SENSORREADOUT,        31  },
-            {FG_LIMIT_TRIGGER_PULSES, 9   },
+            {FG_WIDTH, 512}, {FG_HEIGHT, 300}, {FG_XOFFSET, 64}, {FG_YOFFSET, 5}, {FG_TIMEOUT, 12},
+            {FG_TRIGGERMODE, 1}, {FG_EXPOSURE, 2000}, {FG_EXSYNCON, 1}, {FG_EXSYNCPOLARITY, 1},
+            {FG_FLASHTIME_SYNC, 0}, {FG_FLASHON, 1}, {FG_FLASH_POLARITY, 1}, {FG_KNEE_LUT_INVERT, 1}, {FG_CCSEL0, 5},
+            {FG_CCSEL1, 4}, {FG_CCSEL2, 0}, {FG_DIGIO_OUTPUT, 1}, {FG_IMG_SELECT_PERIOD, 7}, {FG_IMG_SELECT, 4},
+            {FG_GEN_ENABLE, 1}, {FG_GEN_ROLL, 1}, {FG_SENSORREADOUT, 31}, {FG_LIMIT_TRIGGER_PULSES, 9},
         };
+        // clang-format on
         for (const auto& [id, value] : integers) {
             EXPECT_EQ(set(id, value), 0) << id;
             EXPECT_EQ(get(id), value) << id;

@@ -28,105 +28,6 @@ protected:
     }
 };
 
-struct Published {
-    int id;
-    const char *name, *displayName, *unit, *description;
-    int access, range, visibility, inFiles;
-};
-
-const Published kPublished[] = {
-    {600,   "FG_TIMEOUT",            "Timeout",                 "[s]",   "Framegrabber image timeout.",                 7, 1, 1, 1},
-    {24110, "FG_GLOBAL_ACCESS",      "Global Access Attribute", "",      "Attribute for all the parameters.",           7, 1, 1, 1},
-    {24104, "FG_FPGA_CLK",           "FPGA Clock",              "[MHz]",
-     "Returns the frequency of the FPGA Clock. This frequency can not be changed.",                                     1, 1, 1, 0},
-    {24102, "FG_PLX_CLK",            "PCI Clock",               "[MHz]", "The frequency of the PCIe Clock.",            1, 1, 1, 0},
-    {24103, "FG_MEASURED_PCIE_CLK",  "Measured PCIe Frequency", "[MHz]",
-     "Returns a measured value of the PCIe Bus frequency.",                                                             1, 1, 1, 0},
-    {24112, "FG_DOC_URL",            "Doc URL",                 "",      "Relative path to the module documentation.",  1, 1, 0, 0},
-    {24114, "FG_PARAM_DESCR",        "Parameter Description",   "",      "Return a short parameter description.",       1, 1, 0, 0},
-    {3000,  "FG_PORT",               "Active Port",             "[A,B]", "Framegrabber active port.",                   7, 1, 0, 1},
-    {5210,  "FG_TRANSFER_LEN",       "Transfer Lenght",         "",      "DMA Transfer Length.",                        1, 1, 0, 0},
-    {2000,  "FG_CAMSTATUS",          "Camera Status",           "",      "Camera Status.",                              1, 1, 1, 0},
-    {2100,  "FG_TWOCAMMODEL",        "Is Two Cam",              "",      "Is a Dual Applet.",                           1, 1, 0, 0},
-    {4020,  "FG_LINEALIGNMENT",      "Line Alignment",          "",      "Line Alignment.",                             1, 1, 0, 0},
-    {2050,  "FG_CAMSTATUS_EXTENDED", "Camera Status Ext.",      "",      "Camera Status Extended.",                     1, 1, 0, 0},
-    {24092, "FG_DMASTATUS",          "DMA Status",              "",      "Returns the status of the DMA transmission.", 1, 1, 1, 0},
-    {99,    "FG_REVNR",              "Revision",                "",      "Software revision number.",                   1, 1, 0, 0},
-    {22000, "FG_IMAGE_TAG",          "Image Tag",               "",      "Image Tag.",                                  1, 1, 0, 0},
-    {22020, "FG_TIMESTAMP",          "Time Stamp",              "",      "Time Stamp.",                                 1, 1, 0, 0},
-    {22030, "FG_TIMESTAMP_LONG",     "Time Stamp 64",           "",      "Time Stamp Long.",                            1, 1, 0, 0},
-    {24010, "FG_APPLET_ID",          "Applet ID",               "",      "Returns the Applet ID.",                      1, 1, 1, 0},
-    {24020, "FG_APPLET_VERSION",     "Applet Version",          "",      "Returns the Applet Version.",                 1, 1, 1, 0},
-    {24030, "FG_APPLET_REVISION",    "Applet Revision",         "",      "Returns the Applet Revision.",                1, 1, 1, 0},
-    {24115, "FG_REG_VALUE_STRING",   "Reg. value as a string",  "",
-     "Return the reg value as a string (only possible in debug version).",                                              1, 1, 0, 0},
-};
-
-TEST_F(ControlTest, ParametersFlagsAndGroupAreTheDocumentedOnes) {
-    for (const int port : {0, 1}) {
-        const auto p = static_cast<unsigned>(port);
-        const RegisterInfo* group = master().getHeader()->getRegisterInfo(port);
-        ASSERT_NE(group, nullptr);
-        EXPECT_STREQ(group->name, "Miscellaneous");
-        EXPECT_EQ(group->next, nullptr);
-        ASSERT_EQ(group->u.gReg.nrOfElements, 22);
-        int index = 0;
-        for (const Published& row : kPublished) {
-            SCOPED_TRACE(row.name);
-            const Fx3Parameter& known = record(row.id);
-            EXPECT_EQ(known.description.defineName, row.name);
-            EXPECT_EQ(known.description.parameterName, row.displayName);
-            EXPECT_EQ(known.description.unit.value_or(""), row.unit);
-            EXPECT_EQ(known.description.docDescription, row.description);
-            EXPECT_EQ(known.access.accessFlag[p], row.access);
-            EXPECT_EQ(known.access.rangeFlag[p], row.range);
-            EXPECT_EQ(known.access.visibilityFlag[p], row.visibility);
-            EXPECT_EQ(known.access.writeToConfigFile[p], row.inFiles);
-            EXPECT_EQ(group->u.gReg.elements[index]->id, row.id);
-            EXPECT_EQ(group->u.gReg.elements[index++]->accessFlags, row.access);
-        }
-    }
-    EXPECT_EQ(Fg_getNrOfParameter(handle()), 23);
-    EXPECT_STREQ(control().getDocModuleURL(3000), "feature_blocks/PSMisc/FB_Miscellaneous.html");
-}
-
-TEST_F(ControlTest, LimitsAndDefaultsAreTheDocumentedOnes) {
-    for (const int port : {0, 1}) {
-        const auto p = static_cast<unsigned>(port);
-        const Fx3INTData& timeout = *record(FG_TIMEOUT).data.intData;
-        EXPECT_EQ(timeout.from[p], 2);
-        EXPECT_EQ(timeout.to[p], 2147483646);
-        EXPECT_EQ(timeout.step[p], 1);
-        EXPECT_EQ(get(FG_TIMEOUT, port), 1000000);
-        EXPECT_EQ(minimum(FG_PORT, port), 0);
-        EXPECT_EQ(maximum(FG_PORT, port), 1);
-        EXPECT_EQ(minimum(FG_GLOBAL_ACCESS, port), 0);
-        EXPECT_EQ(maximum(FG_GLOBAL_ACCESS, port), 7);
-        const std::pair<int, double> clocks[] = {
-            {FG_PLX_CLK,           100.0},
-            {FG_FPGA_CLK,          400.0},
-            {FG_MEASURED_PCIE_CLK, 0.0  }
-        };
-        for (const auto& [id, defaultValue] : clocks) {
-            const Fx3DOUBLEData& limits = *record(id).data.doubleData;
-            EXPECT_EQ(limits.to[p], 1024.0);
-            EXPECT_EQ(limits.step[p], 2.0);
-            EXPECT_EQ(limits.defaultValue[p], defaultValue);
-        }
-        for (const int id : {5210, 2000, 2100, 4020, 2050, 22000, 22020, 22030, 24010, 24020, 24030, 24092, 601}) {
-            EXPECT_EQ(minimum(id, port), 0) << id;
-            EXPECT_EQ(maximum(id, port), 0) << id;
-        }
-        EXPECT_EQ(maximum<double>(FG_REVNR, port), 0.0);
-        EXPECT_EQ(record(FG_DOC_URL).data.stringData->extension[p], "*.html");
-        EXPECT_EQ(record(FG_PARAM_DESCR).data.stringData->extension[p], std::nullopt);
-    }
-    const Fx3ENUMData& entries = *record(FG_GLOBAL_ACCESS).data.enumData;
-    EXPECT_THAT(entries.valueIdTable[0], ElementsAre(0, 1, 3, 7));
-    EXPECT_THAT(entries.valueNameTable[0], ElementsAre("Auto", "Read", "Read Write", "Read Write Change"));
-    EXPECT_THAT(entries.valueDefNameTable[1], ElementsAre("NONE", "RO", "RW", "RW_Change"));
-}
-
 TEST_F(ControlTest, IdentityAndClocksReadAsTheyAre) {
     mFabrixBoard->setAppletID(172032096);
     mFabrixBoard->setAppletVersion(1);
@@ -342,14 +243,10 @@ TEST_F(ControlTest, UpdateWritesTheSelectorForItsIdentifiersOnly) {
 
 TEST_F(ControlTest, PortsThatDoNotExistTouchNothing) {
     for (const unsigned port : {2U, 2147483647U, 4294967295U}) {
-        int value = 1;
         EXPECT_EQ(control().writeReset(port), -61);
         EXPECT_EQ(control().writeRegisterReset(port, 1), -61);
         EXPECT_EQ(control().writeEnableDisableGlobalwork(port, true), -61);
         EXPECT_EQ(control().enableSDRAM(port), -61);
-        EXPECT_EQ(control().updateParameter(port, FG_PORT), -61);
-        EXPECT_EQ(control().getParamFromRs(FG_TIMEOUT, &value, port), -61);
-        EXPECT_EQ(control().setParamToRs(FG_PORT, &value, port), -61);
     }
     EXPECT_EQ(get(FG_PORT), 0);
     EXPECT_THAT(board.events, IsEmpty());

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "StandardApplets/grabber_basis/Fx3Parameter.h"
+#include "StandardApplets/grabber_basis/parameterInfo.h"
 
 /// What a parameter publishes, as lines that a table of literals can hold.
 
@@ -30,11 +30,20 @@ inline std::string entriesOf(const Fx3Parameter& record, unsigned port) {
     return text + "default " + std::to_string(entries.defaultValue[port]);
 }
 
-/// \return the limits of an integer on a port: "from..to step default"
+/// \return the limits of a number on a port: "from..to step default"
 inline std::string limitsOf(const Fx3Parameter& record, unsigned port) {
-    const Fx3INTData& limits = *record.data.intData;
-    return std::to_string(limits.from[port]) + ".." + std::to_string(limits.to[port]) + " step " +
-           std::to_string(limits.step[port]) + " default " + std::to_string(limits.defaultValue[port]);
+    const auto text = [&](const auto& limits, const auto& number) {
+        return number(limits.from[port]) + ".." + number(limits.to[port]) + " step " + number(limits.step[port]) +
+               " default " + number(limits.defaultValue[port]);
+    };
+    if (record.data.type == TYPE_INT) {
+        return text(*record.data.intData, [](int number) { return std::to_string(number); });
+    }
+    return text(*record.data.doubleData, [](double number) {
+        std::string digits(32, '\0');
+        digits.resize(static_cast<size_t>(std::snprintf(digits.data(), digits.size(), "%.15g", number)));
+        return digits;
+    });
 }
 
 /// \return the names of a group node's children, a group's own in parentheses: "A, B, C (D, E)"

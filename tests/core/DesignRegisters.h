@@ -1,100 +1,31 @@
 #pragma once
 
-#include <array>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
 
-/// A register of the design as the tests expect it: name, width in bits, direction (1 = may be written).
 struct DesignRegister {
-    const char* name;
-    int width;
-    int direction;
+    std::string name;
+    int width = 0;
+    int direction = 1;  ///< 1 = may be written, 2 = read only
 };
 
-inline constexpr std::array kDesignRegisters{
-    DesignRegister{"AAAreaWidth",                   12, 1},
-    DesignRegister{"AAAreaHeight",                  16, 1},
-    DesignRegister{"AAAreaXPos",                    12, 1},
-    DesignRegister{"AAAreaYPos",                    16, 1},
-    DesignRegister{"AAglobal_work",                 1,  1},
-    DesignRegister{"AAReset",                       1,  1},
-    DesignRegister{"AASdramEnable",                 1,  1},
-    DesignRegister{"AACamSelect",                   1,  1},
-    DesignRegister{"AABufferStatus",                32, 2},
-    DesignRegister{"AAFreqCountCtrl",               2,  1},
-    DesignRegister{"AAFreqCount",                   32, 2},
-    DesignRegister{"AACamPortConfig",               2,  1},
-    DesignRegister{"BACamPortConfig",               2,  1},
-    DesignRegister{"AACamPortFullFlavour",          1,  1},
-    DesignRegister{"AACamPortRgb",                  2,  1},
-    DesignRegister{"ABCamPortRgb",                  2,  1},
-    DesignRegister{"BACamPortRgb",                  2,  1},
-    DesignRegister{"BBCamPortRgb",                  2,  1},
-    DesignRegister{"AACamPortLineCam",              1,  1},
-    DesignRegister{"ABCamPortLineCam",              1,  1},
-    DesignRegister{"BACamPortLineCam",              1,  1},
-    DesignRegister{"BBCamPortLineCam",              1,  1},
-    DesignRegister{"AACamPortDualTap",              1,  1},
-    DesignRegister{"ABCamPortDualTap",              1,  1},
-    DesignRegister{"AACamPortBits",                 3,  1},
-    DesignRegister{"ABCamPortBits",                 3,  1},
-    DesignRegister{"AACamPortUseDval",              1,  1},
-    DesignRegister{"ABCamPortUseDval",              1,  1},
-    DesignRegister{"AAGateMode",                    2,  1},
-    DesignRegister{"ABGateMode",                    2,  1},
-    DesignRegister{"AAOutputFormat",                1,  1},
-    DesignRegister{"ABOutputFormat",                1,  1},
-    DesignRegister{"AACamPortEnable",               1,  1},
-    DesignRegister{"ABCamPortEnable",               1,  1},
-    DesignRegister{"AAPixelOrder",                  8,  1},
-    DesignRegister{"ABPixelOrder",                  8,  1},
-    DesignRegister{"AATrgArea_MasterSyncA",         1,  1},
-    DesignRegister{"AATrgArea_HdLow",               16, 1},
-    DesignRegister{"AATrgArea_HdPeriod",            16, 1},
-    DesignRegister{"AATrg_ImgBusy",                 1,  2},
-    DesignRegister{"AATrgArea_SwTrgQueueFillLevel", 8,  2},
-    DesignRegister{"AATrgArea_SwTrgQueueTriggers",  8,  1},
-    DesignRegister{"AATrgArea_SwTrgQueueEnable",    1,  1},
-    DesignRegister{"AATrgArea_FlashLow",            20, 1},
-    DesignRegister{"AAEnable_ProgFlashDuration",    1,  1},
-    DesignRegister{"AATrgArea_ExSyncHigh",          20, 1},
-    DesignRegister{"AATrg_ExSyncHighActive",        1,  1},
-    DesignRegister{"AATrgArea_ExSyncLow",           20, 1},
-    DesignRegister{"AATrgArea_ExSyncMode",          2,  1},
-    DesignRegister{"AATrgArea_ExSyncOn",            1,  1},
-    DesignRegister{"AATrgArea_FlashDelay",          20, 1},
-    DesignRegister{"AATrgArea_FlashEnable",         1,  1},
-    DesignRegister{"AATrg_FlashHighActive",         1,  1},
-    DesignRegister{"AATrg_ImgInLowActive",          1,  1},
-    DesignRegister{"AATrg_ImgInSelect",             3,  1},
-    DesignRegister{"AATrg_ImgSwEnable",             1,  1},
-    DesignRegister{"AATrg_ImgSwSet",                1,  1},
-    DesignRegister{"AATrgArea_ExSyncDelay",         20, 1},
-    DesignRegister{"AATrgArea_TriggersTillStop",    31, 1},
-    DesignRegister{"AAKneeLutAddr",                 10, 1},
-    DesignRegister{"AAKneeLutStart",                17, 1},
-    DesignRegister{"AAKneeLutEnd",                  17, 1},
-    DesignRegister{"AAKneeLutWrite",                4,  1},
-    DesignRegister{"TapNumber",                     4,  1},
-    DesignRegister{"TapDirection",                  8,  1},
-    DesignRegister{"ReadOutMirror",                 8,  1},
-    DesignRegister{"ReadOutTapOrder",               16, 1},
-    DesignRegister{"InsertionBypass",               1,  1},
-    DesignRegister{"TapSortingSchemaA",             32, 1},
-    DesignRegister{"TapSortingSchemaB",             32, 1},
-    DesignRegister{"AAGenActive",                   8,  1},
-    DesignRegister{"AAGenPassive",                  8,  1},
-    DesignRegister{"AAGenWidth",                    16, 1},
-    DesignRegister{"AAGenLineWidth",                16, 1},
-    DesignRegister{"AAGenHeight",                   16, 1},
-    DesignRegister{"AAGenMask",                     4,  1},
-    DesignRegister{"AAGenRoll",                     8,  1},
-    DesignRegister{"AAGenEnable",                   1,  1},
-    DesignRegister{"AAGenStart",                    1,  1},
-    DesignRegister{"AATrg_DigitalIn",               8,  2},
-    DesignRegister{"AATrg_DigitalOut",              2,  1},
-    DesignRegister{"AATrg_CCConfig",                16, 1},
-    DesignRegister{"ABTrg_CCConfig",                16, 1},
-    DesignRegister{"AAImgSelect",                   16, 1},
-    DesignRegister{"ABImgSelect",                   16, 1},
-    DesignRegister{"AAImgSelectPeriod",             16, 1},
-    DesignRegister{"ABImgSelectPeriod",             16, 1},
-};
+/// \return the registers of the applet's design, in the order of their handles
+inline const std::vector<DesignRegister>& designRegisters() {
+    static const std::vector<DesignRegister> registers = [] {
+        std::ifstream file(QUILLON_SOURCE "/StandardApplets/Quillon/data/quillon.design");
+        std::vector<DesignRegister> found;
+        for (std::string line; std::getline(file, line);) {
+            std::istringstream words(line);
+            std::string keyword;
+            std::string direction;
+            DesignRegister row;
+            words >> keyword >> row.name >> row.width >> direction;
+            row.direction = direction == "read" ? 2 : 1;
+            if (keyword == "register") found.push_back(row);
+        }
+        return found;
+    }();
+    return registers;
+}

@@ -165,7 +165,7 @@ void installHap(bool on) {
 }  // namespace
 
 FakeBoard::FakeBoard() {
-    for (const DesignRegister& row : kDesignRegisters) registers.push_back({row.name, row.width, row.direction});
+    for (const DesignRegister& row : designRegisters()) registers.push_back({row.name, row.width, row.direction});
     current = this;
     installTavo(true);
     installHap(true);

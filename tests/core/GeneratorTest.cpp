@@ -4,14 +4,12 @@
 
 #include "StandardApplets/grabber_basis/PSFx4/PSGenerator.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/ParameterText.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
-using testing::StrEq;
 
 constexpr int kSixteenPixelsAClock = 30;
 
@@ -30,37 +28,6 @@ protected:
         return addModule();
     }
 };
-
-TEST_F(GeneratorTest, IsPublishedAsHostsKnowIt) {
-    PSGenerator& module = addModule();
-    const std::vector<std::string> expected{
-        ("FG_GEN_ENABLE | Image source | - | 7 1 1 1 | enum [Camport]0=FG_CAMPORT [Generator]1=FG_GENERATOR default 0"
-         " | Use internal frame generator or CameraLink input."),
-        "FG_GEN_PASSIVE | Passive | - | 1 1 1 1 | int 0..65535 step 1 default 21 | ",
-        "FG_GEN_ACTIVE | Active | - | 1 1 1 1 | int 0..65535 step 1 default 4 | ",
-        "FG_GEN_WIDTH | Width | [pixel] | 7 1 1 1 | int 0..65535 step 1 default 1024 | ",
-        "FG_GEN_LINE_WIDTH | Line width | [pixel] | 1 1 1 1 | int 0..65535 step 1 default 1756 | ",
-        "FG_GEN_HEIGHT | Height | [line] | 7 1 1 1 | int 0..65535 step 1 default 1024 | ",
-        "FG_GEN_LINE_GAP | Line Gap | [pixel] | 7 1 1 1 | int 0..65535 step 1 default 4 | ",
-        "FG_GEN_FREQ | Frequency | [Mhz] | 7 1 1 1 | double 3..125 step 1 default 40 | Frequency of frame generator.",
-        "FG_GEN_ACCURACY | Accuracy | - | 7 1 1 1 | int 2..255 step 1 default 25 | ",
-        "FG_GEN_TAP1 | Tap 1 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
-        "FG_GEN_TAP2 | Tap 2 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
-        "FG_GEN_TAP3 | Tap 3 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
-        "FG_GEN_TAP4 | Tap 4 | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
-        "FG_GEN_ROLL | Roll | - | 7 1 1 1 | int 0..255 step 1 default 0 | Static or changing frames.",
-        "FG_GEN_START | Image start | - | 7 1 1 1 | enum [On]1=FG_ON [Off]0=FG_OFF default 1 | ",
-    };
-    for (unsigned port : {0u, 1u}) {
-        std::vector<std::string> published;
-        for (int id = 30099; id <= 30113; ++id) published.push_back(parameterText(record(id), port));
-        EXPECT_THAT(published, ElementsAreArray(expected));
-        EXPECT_THAT(groupTexts(master().getHeader()->getRegisterInfo(static_cast<int>(port))),
-                    ElementsAre("Generator: 30099 30113 30102 30104 30105 30106 30107 30108 30109 30110 30111 30112 "
-                                "30101 30100 30103"));
-    }
-    EXPECT_THAT(module.getDocModuleURL(1), StrEq("feature_blocks/PSGenerator/FB_Generator.html"));
-}
 
 TEST_F(GeneratorTest, FullUpdateWritesTheDefaults) {
     PSGenerator& module = addModule();
@@ -194,16 +161,6 @@ TEST_F(GeneratorTest, ReadOnlyValuesRefuseWrites) {
         EXPECT_EQ(load(id, 1), -2070) << id;
         EXPECT_EQ(module.updateParameter(0, id), -2070) << id;
     }
-    unsigned value = 7;
-    for (int id : {30098, 30114}) {
-        EXPECT_EQ(module.getParamFromRs(id, &value, 0), -2070);
-        EXPECT_EQ(module.setParamToRs(id, &value, 0), -2070);
-        EXPECT_EQ(module.updateParameter(0, id), -2070);
-    }
-    EXPECT_EQ(module.getParamFromRs(FG_GEN_WIDTH, &value, 2), -61);
-    EXPECT_EQ(module.setParamToRs(FG_GEN_WIDTH, &value, 2), -61);
-    EXPECT_EQ(module.updateAllParameters(2), -61);
-    EXPECT_EQ(value, 7u);
     EXPECT_THAT(board.writes(), IsEmpty());
     EXPECT_EQ(get(FG_GEN_LINE_WIDTH), 1028);
     EXPECT_EQ(set(FG_GEN_WIDTH, 512, 1), -61);

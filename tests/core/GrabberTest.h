@@ -47,6 +47,16 @@ public:
     int access(int id, int port = 0) {
         return get(static_cast<int>(static_cast<unsigned>(id) | FG_SELECT_ACCESS), port);
     }
+    /// \return the XML document of a port, asked for as a host does
+    std::string xml(int port = 0) {
+        size_t size = 0;
+        EXPECT_EQ(Fg_getParameterInfoXML(&mHandle, port, nullptr, &size), 0);
+        std::string text(size, '?');
+        EXPECT_EQ(Fg_getParameterInfoXML(&mHandle, port, text.data(), &size), 0);
+        EXPECT_EQ(size, text.size());
+        if (!text.empty()) text.pop_back();  // the terminator
+        return text;
+    }
     int lastError() { return Fg_getLastErrorNumber(&mHandle); }
     Fx3Parameter& record(int id) { return *master().getHeader()->searchParameterById(id); }
     Fg_StdMaster& master() { return *static_cast<Fg_StdMaster*>(mHandle.Master); }

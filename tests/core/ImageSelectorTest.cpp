@@ -16,22 +16,6 @@ protected:
     }
 };
 
-TEST_F(ImageSelectorTest, PublishesPeriodAndIndex) {
-    PSImageSelector& module = addOn(false, false);
-    for (const unsigned port : {0u, 1u}) {
-        EXPECT_EQ(described(record(25110), port),
-                  "FG_IMG_SELECT_PERIOD | Image select period | - | 7111 | "
-                  "Select the length of an image sequence. Only a single image of the sequence is grabbed.");
-        EXPECT_EQ(described(record(25111), port),
-                  "FG_IMG_SELECT | Image select | - | 7111 | Defines which image of the image sequence is grabbed.");
-        EXPECT_EQ(limitsOf(record(25110), port), "1..65536 step 1 default 1");
-        EXPECT_EQ(limitsOf(record(25111), port), "0..65535 step 1 default 0");
-        EXPECT_EQ(treeOf(master().getHeader()->getRegisterInfo(static_cast<int>(port))),
-                  "Image Selector: Image select period, Image select");
-    }
-    EXPECT_STREQ(module.getDocModuleURL(25110), "feature_blocks/PSImageSelector/PSImageSelector.html");
-}
-
 TEST_F(ImageSelectorTest, LimitsFollowTheRegisterWidths) {
     const struct {
         int width;
@@ -111,27 +95,9 @@ TEST_F(ImageSelectorTest, RefusedValuesWriteNothing) {
     }) {
         EXPECT_EQ(set(id, value), -6000) << id << " " << value;
     }
-    unsigned value = 77;
-    EXPECT_EQ(module.getParamFromRs(25112, &value, 0), -2070);
-    EXPECT_EQ(module.setParamToRs(25112, &value, 0), -2070);
-    EXPECT_EQ(module.updateParameter(0, 25112), -1);
-    for (const unsigned port : {2u, ~0u}) {
-        EXPECT_EQ(module.getParamFromRs(25110, &value, port), -61);
-        EXPECT_EQ(module.setParamToRs(25110, &value, port), -61);
-        EXPECT_EQ(module.updateParameter(port, 25110), -61);
-        EXPECT_EQ(module.updateAllParameters(port), -61);
-        EXPECT_EQ(module.setImgSelect(port, 1), -61);
-        EXPECT_EQ(module.getImgSelectPeriod(port), 0u);
-    }
-    EXPECT_EQ(value, 77u);
+    EXPECT_EQ(module.setImgSelect(2, 1), -61);
+    EXPECT_EQ(module.getImgSelectPeriod(2), 0u);
     EXPECT_THAT(board.writes(), IsEmpty());
-}
-
-TEST_F(ImageSelectorTest, MissingPort1NamesCountOnAOneCameraDesign) {
-    board.removeRegister("ABImgSelect");
-    EXPECT_EQ(addOn(false, false).getRegisterInitSuccess(), -7040);
-    EXPECT_EQ(set(25111, 3, 1), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AAImgSelect 3"));
 }
 
 }  // namespace

@@ -133,15 +133,4 @@ TEST_F(KneeFileTest, BrokenLinesDoNoHarm) {
     }
 }
 
-TEST_F(KneeFileTest, LinesDoNotFollowTheLocale) {
-    const DecimalCommaLocale comma;
-    ASSERT_TRUE(comma.isActive());
-    EXPECT_EQ(loadLines("[Port A]\nFG_KNEE_LUT0=0.75, 0.5;\n"), 0);
-    EXPECT_EQ(curve()[0], 0.75);
-    EXPECT_EQ(curve()[1], 0.5);
-    const UniqueFile file(std::fopen(files.path("b.mcf").c_str(), "w"));
-    EXPECT_EQ(knee->saveParmeter(0, FG_KNEE_LUT, "K", file.get()), 0);
-    EXPECT_EQ(files.content("b.mcf").substr(0, 33), "K0=0.750000000000, 0.500000000000");
-}
-
 }  // namespace

@@ -10,69 +10,11 @@ using testing::SizeIs;
 
 namespace {
 
-TEST_F(KneeLutTest, PublishesItsParameters) {
-    const struct {
-        int id;
-        const char* name;
-        const char* defineName;
-        int access, visible, saved;
-    } rows[] = {
-        {12100, "Knee Lookuptable", "FG_KNEE_LUT",                7, 0, 1},
-        {12110, "Knee Lut File",    "FG_KNEE_LUT_FILE",           7, 1, 1},
-        {12120, "Action",           "FG_KNEE_LUT_SAVE_LOAD_FILE", 6, 1, 0},
-        {12102, "Offset",           "FG_KNEE_LUT_OFFSET",         7, 1, 1},
-        {12101, "Gain",             "FG_KNEE_LUT_SCALE",          7, 1, 1},
-        {12103, "Gamma",            "FG_KNEE_LUT_GAMMA",          7, 1, 1},
-        {12104, "Invert",           "FG_KNEE_LUT_INVERT",         7, 1, 1},
-        {13000, "Red Gain",         "FG_SCALINGFACTOR_RED",       7, 0, 1},
-        {13030, "Green Gain",       "FG_SCALINGFACTOR_GREEN",     7, 0, 1},
-        {13010, "Blue Gain",        "FG_SCALINGFACTOR_BLUE",      7, 0, 1},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.defineName);
-        const Fx3Parameter& found = record(row.id);
-        EXPECT_EQ(found.description.parameterName, row.name);
-        EXPECT_EQ(found.description.defineName, row.defineName);
-        EXPECT_FALSE(found.description.unit.has_value());
-        EXPECT_FALSE(found.description.docDescription.empty());
-        for (unsigned port : {0u, 1u}) {
-            EXPECT_EQ(found.access.accessFlag[port], row.access);
-            EXPECT_EQ(found.access.rangeFlag[port], 1);
-            EXPECT_EQ(found.access.visibilityFlag[port], row.visible);
-            EXPECT_EQ(found.access.writeToConfigFile[port], row.saved);
-        }
+TEST_F(KneeLutTest, RefusedValuesAndReadsWriteNothing) {
+    for (const int id : {FG_KNEE_LUT_OFFSET, FG_KNEE_LUT_GAMMA, FG_SCALINGFACTOR_BLUE}) {
+        EXPECT_EQ(set(id, maximum<double>(id) + 0.001), FG_VALUE_OUT_OF_RANGE) << id;
+        EXPECT_EQ(set(id, std::numeric_limits<double>::quiet_NaN()), FG_VALUE_OUT_OF_RANGE) << id;
     }
-    EXPECT_STREQ(knee->getDocModuleURL(12120), "feature_blocks/PSKneeLut/PSKneeLut1024.html");
-    EXPECT_STREQ(knee->getDocModuleURL(12101), "feature_blocks/PSProcessing/PSProcessing.html");
-    EXPECT_EQ(record(FG_KNEE_LUT_SAVE_LOAD_FILE).data.enumData->valueNameTable[0],
-              (std::vector<std::string>{"Load LUT from File", "Save LUT to File"}));
-    EXPECT_EQ(record(FG_KNEE_LUT_INVERT).data.enumData->valueIdTable[0], (std::vector{1, 0}));
-    EXPECT_EQ(record(FG_KNEE_LUT_FILE).data.stringData->extension[0], "*.lut");
-}
-
-TEST_F(KneeLutTest, LimitsAndDefaults) {
-    const struct {
-        int id;
-        double from, to, step, defaultValue;
-    } rows[] = {
-        {FG_KNEE_LUT_OFFSET,     -1.0,     1.0,     0.00001,    0.0},
-        {FG_KNEE_LUT_SCALE,      -65536.0, 65536.0, 0.00001,    1.0},
-        {FG_KNEE_LUT_GAMMA,      0.0,      10.0,    0.00001,    1.0},
-        {FG_SCALINGFACTOR_RED,   0.0,      4096.0,  1.0 / 2048, 1.0},
-        {FG_SCALINGFACTOR_GREEN, 0.0,      4096.0,  1.0 / 2048, 1.0},
-        {FG_SCALINGFACTOR_BLUE,  0.0,      4096.0,  1.0 / 2048, 1.0},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.id);
-        EXPECT_EQ(minimum<double>(row.id), row.from);
-        EXPECT_EQ(maximum<double>(row.id), row.to);
-        EXPECT_EQ(record(row.id).data.doubleData->step[1], row.step);
-        EXPECT_EQ(get<double>(row.id, 1), row.defaultValue);
-        EXPECT_EQ(set(row.id, row.to + 0.001), FG_VALUE_OUT_OF_RANGE);
-        EXPECT_EQ(set(row.id, std::numeric_limits<double>::quiet_NaN()), FG_VALUE_OUT_OF_RANGE);
-    }
-    EXPECT_EQ(get(FG_KNEE_LUT_INVERT), 0);
-    EXPECT_EQ(text(FG_KNEE_LUT_FILE), " ");
     EXPECT_EQ(access(FG_KNEE_LUT_SAVE_LOAD_FILE), 6);
     int value = 0;
     EXPECT_EQ(Fg_getParameterWithType(handle(), FG_KNEE_LUT_SAVE_LOAD_FILE, &value, 0, FG_PARAM_TYPE_AUTO),
@@ -195,15 +137,10 @@ TEST_F(KneeLutTest, CurveOfAnotherLengthLeavesTheLoadedTable) {
 TEST_F(KneeLutTest, PortsThatDoNotExistAndOtherParametersAreRefused) {
     double value = 0;
     for (const unsigned port : {2u, ~0u}) {
-        EXPECT_EQ(knee->getParamFromRs(FG_KNEE_LUT_GAMMA, &value, port), FG_INVALID_PORT);
-        EXPECT_EQ(knee->setParamToRs(FG_KNEE_LUT_GAMMA, &value, port), FG_INVALID_PORT);
-        EXPECT_EQ(knee->updateParameter(port, FG_KNEE_LUT), FG_INVALID_PORT);
         EXPECT_EQ(knee->saveParmeter(static_cast<int>(port), FG_KNEE_LUT, "K", nullptr), FG_INVALID_PORT);
         EXPECT_EQ(knee->loadParameter(static_cast<int>(port), FG_KNEE_LUT, nullptr, nullptr), FG_INVALID_PORT);
         EXPECT_EQ(knee->getLut(port, 0), nullptr);
     }
-    EXPECT_EQ(knee->updateParameter(0, FG_FORMAT), FG_INVALID_ARGUMENT);
-    EXPECT_EQ(knee->setParamToRs(FG_FORMAT, &value, 0), FG_INVALID_ARGUMENT);
     EXPECT_EQ(knee->checkParam(FG_KNEE_LUT_GAMMA, &value, 0), FG_INVALID_ARGUMENT);
     EXPECT_EQ(knee->loadParameter(0, FG_KNEE_LUT_GAMMA, nullptr, nullptr), FG_INVALID_ARGUMENT);
     EXPECT_THAT(board.writes(), IsEmpty());

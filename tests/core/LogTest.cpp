@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -7,8 +8,6 @@
 #include "StandardApplets/grabber_basis/Fg_Log.h"
 
 namespace {
-
-const std::string kHyphens = "-------------------------------------------------------------------------\n";
 
 /// A log whose stream the test can open, on memory.
 class OpenableLog : public Fg_Log {
@@ -66,41 +65,21 @@ TEST(LogTest, LinesHaveTheirFormatAndAreFlushed) {
     expectAdded("fabrixIV::Error >> Config File is Invalid;\n");
     log.ErrorInt("a", "b", 7);
     expectAdded("fabrixIV::Error >> a >> b >> 7;\n");
-    log.ErrorDouble("a", "b", 0.1);
-    expectAdded("fabrixIV::Error >> a >> b >> 0.1;\n");
-    log.ErrorDouble("a", "b", 1e20);
-    expectAdded("fabrixIV::Error >> a >> b >> 1e+20;\n");
     log.ErrorDouble("a", "b", 1.0 / 3.0);
     expectAdded("fabrixIV::Error >> a >> b >> 0.333333333333;\n");
     log.ErrorDouble("a", "b", -1.2345678901234567e-300);
     expectAdded("fabrixIV::Error >> a >> b >> -1.23456789012e-300;\n");
 }
 
-TEST(LogTest, DebugTextStandsAsItIs) {
-    OpenableLog log;
-    log.open();
-    log.UsrDbg("%d of %s", 3, "five");
-    log.UsrDbg("%%");
-    log.CloseLogFile();
-    EXPECT_EQ(log.text(), "3 of five%");
-}
-
 TEST(LogTest, WelcomeBlockHasFiveLinesBetweenSeparators) {
     OpenableLog log;
     log.open();
+    log.UsrDbg("%d of %s%%", 3, "five");
     log.WriteWelcome();
     log.CloseLogFile();
     EXPECT_FALSE(log.isOpen());
-    const std::string text = log.text();
-    const size_t maker = text.find('\n') + 1;
-    const size_t contents = text.find('\n', maker) + 1;
-    const size_t time = text.find('\n', contents) + 1;
-    const size_t end = text.find('\n', time) + 1;
-    EXPECT_EQ(text.substr(0, maker), kHyphens);
-    EXPECT_GT(contents - maker, 1U);
-    EXPECT_EQ(text.substr(contents, time - contents), "Contents: Log details for fabrix Dll\n");
-    EXPECT_EQ(end - time, std::string("Sun Jan  4 05:06:07 2026\n").size());
-    EXPECT_EQ(text.substr(end), kHyphens);
+    EXPECT_THAT(log.text(), testing::MatchesRegex("3 of five%(-{73})\n.+\nContents: Log details for fabrix Dll\n"
+                                                  "... ... [0-9 ]+ ..:..:.. 20..\n-{73}\n"));
 }
 
 TEST(LogTest, LastErrorChangesOnlyBySetErr) {

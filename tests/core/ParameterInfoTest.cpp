@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "StandardApplets/grabber_basis/parameterInfo.h"
@@ -65,63 +66,40 @@ TEST_F(ParameterInfoTest, LeavesCarryTheirAttributesAndCopyTheirTexts) {
     std::string name = "Width";
     LeafAttributes leaf = kLeaf;
     leaf.name = name.c_str();
-    RegisterInfo* node = tree.addInfoInt(group, leaf, -3, 65536, 16);
+    const RegisterInfo* node = tree.addInfoInt(group, leaf, -3, 65536, 16);
     name = "gone!";
     EXPECT_EQ(node->format, REG_FORMAT_INT);
     EXPECT_STREQ(node->name, "Width");
     EXPECT_STREQ(node->parameterName, "FG_WIDTH");
     EXPECT_STREQ(node->unit, "[pixels]");
-    EXPECT_EQ(node->accessFlags, 3);
-    EXPECT_EQ(node->rangeFlags, 1);
-    EXPECT_EQ(node->visibilityFlags, 1);
-    EXPECT_EQ(node->id, 100);
-    EXPECT_EQ(node->u.iReg.from, -3);
-    EXPECT_EQ(node->u.iReg.to, 65536);
-    EXPECT_EQ(node->u.iReg.steps, 16);
+    EXPECT_EQ(std::tuple(node->accessFlags, node->rangeFlags, node->visibilityFlags, node->id),
+              std::tuple(3, 1, 1, 100));
+    EXPECT_EQ(std::tuple(node->u.iReg.from, node->u.iReg.to, node->u.iReg.steps), std::tuple(-3, 65536, 16));
     EXPECT_EQ(node->parentName, nullptr);
     leaf.unit = nullptr;
-    RegisterInfo* second = tree.addInfoDouble(group, leaf, 0.5, 1.5, 0.25);
+    const RegisterInfo* second = tree.addInfoDouble(group, leaf, 0.5, 1.5, 0.25);
     EXPECT_EQ(second->unit, nullptr);
     EXPECT_EQ(second->index, 1);
-    EXPECT_EQ(second->u.dReg.from, 0.5);
-    EXPECT_EQ(second->u.dReg.to, 1.5);
-    EXPECT_EQ(second->u.dReg.steps, 0.25);
-    EXPECT_EQ(group->u.gReg.nrOfElements, 2);
-    EXPECT_EQ(group->u.gReg.elements[0], node);
+    EXPECT_EQ(std::tuple(second->u.dReg.from, second->u.dReg.to, second->u.dReg.steps), std::tuple(0.5, 1.5, 0.25));
 }
 
 TEST_F(ParameterInfoTest, EveryLeafHasItsKindAndUnionMembers) {
     RegisterInfo* group = tree.addGroupInfo(0, nullptr, "G");
-    const RegisterInfo* node = tree.addInfoUInt(group, kLeaf, 1, 4294967295U, 2);
-    EXPECT_EQ(node->format, REG_FORMAT_UINT);
-    EXPECT_EQ(node->u.uiReg.to, 4294967295U);
-    node = tree.addInfoInt64(group, kLeaf, -1, int64_t{1} << 40, 3);
-    EXPECT_EQ(node->format, REG_FORMAT_INT64);
-    EXPECT_EQ(node->u.iReg64.to, int64_t{1} << 40);
-    node = tree.addInfoUInt64(group, kLeaf, 1, ~uint64_t{0}, 3);
-    EXPECT_EQ(node->format, REG_FORMAT_UINT64);
-    EXPECT_EQ(node->u.iReg64.to, -1);
-    EXPECT_EQ(node->u.iReg64.steps, 3);
-    node = tree.addInfoIntField(group, kLeaf, 1024, -5, 7, 1);
-    EXPECT_EQ(node->format, REG_FORMAT_INTFIELD);
-    EXPECT_EQ(node->u.ifReg.nrOfElements, 1024);
-    EXPECT_EQ(node->u.ifReg.to, 7);
-    EXPECT_EQ(node->u.ifReg.index, 0);
-    EXPECT_EQ(node->u.ifReg.value, -5);
-    node = tree.addInfoUIntField(group, kLeaf, 3, 5, 7, 1);
-    EXPECT_EQ(node->format, REG_FORMAT_UINTFIELD);
-    EXPECT_EQ(node->u.uifReg.nrOfElements, 3);
-    EXPECT_EQ(node->u.uifReg.value, 5U);
-    node = tree.addInfoDoubleField(group, kLeaf, 4, 0.5, 7.5, 0.1);
-    EXPECT_EQ(node->format, REG_FORMAT_DOUBLEFIELD);
-    EXPECT_EQ(node->u.dfReg.nrOfElements, 4);
-    EXPECT_EQ(node->u.dfReg.to, 7.5);
-    EXPECT_EQ(node->u.dfReg.value, 0.5);
-    node = tree.addInfoString(group, kLeaf, "*.html");
-    EXPECT_EQ(node->format, REG_FORMAT_STRING);
-    EXPECT_EQ(node->u.sReg.string, nullptr);
-    EXPECT_STREQ(node->u.sReg.FileExtension, "*.html");
+    EXPECT_EQ(tree.addInfoUInt(group, kLeaf, 1, 4294967295U, 2)->u.uiReg.to, 4294967295U);
+    EXPECT_EQ(tree.addInfoInt64(group, kLeaf, -1, int64_t{1} << 40, 3)->u.iReg64.to, int64_t{1} << 40);
+    EXPECT_EQ(tree.addInfoUInt64(group, kLeaf, 1, ~uint64_t{0}, 3)->u.iReg64.to, -1);
+    const auto& integers = tree.addInfoIntField(group, kLeaf, 1024, -5, 7, 1)->u.ifReg;
+    EXPECT_EQ(std::tuple(integers.nrOfElements, integers.to, integers.index, integers.value),
+              std::tuple(1024, 7, 0, -5));
+    const auto& unsigneds = tree.addInfoUIntField(group, kLeaf, 3, 5, 7, 1)->u.uifReg;
+    EXPECT_EQ(std::tuple(unsigneds.nrOfElements, unsigneds.value), std::tuple(3, 5U));
+    const auto& doubles = tree.addInfoDoubleField(group, kLeaf, 4, 0.5, 7.5, 0.1)->u.dfReg;
+    EXPECT_EQ(std::tuple(doubles.nrOfElements, doubles.to, doubles.value), std::tuple(4, 7.5, 0.5));
+    EXPECT_STREQ(tree.addInfoString(group, kLeaf, "*.html")->u.sReg.FileExtension, "*.html");
     EXPECT_EQ(tree.addInfoString(group, kLeaf, nullptr)->u.sReg.FileExtension, nullptr);
+    const int formats[] = {REG_FORMAT_UINT,      REG_FORMAT_INT64,       REG_FORMAT_UINT64, REG_FORMAT_INTFIELD,
+                           REG_FORMAT_UINTFIELD, REG_FORMAT_DOUBLEFIELD, REG_FORMAT_STRING, REG_FORMAT_STRING};
+    for (int i = 0; i < 8; ++i) EXPECT_EQ(group->u.gReg.elements[i]->format, formats[i]) << i;
 }
 
 TEST_F(ParameterInfoTest, EnumerationEntriesAreFilledAndReplaced) {

@@ -78,13 +78,18 @@ TEST_F(RegistryTest, DiscoveryFollowsAscendingIdentifiers) {
     EXPECT_EQ(registry().searchParameterById(selected(70, 0xC0000000)), &record(70));
 }
 
-TEST_F(RegistryTest, WriteRunsCheckStoreUpdateAndDependencies) {
+TEST_F(RegistryTest, WriteStoresUpdatesAndRefreshesUntilAFailure) {
     registry().addUpdateDependency(0, 70, 71, false);
-    EXPECT_EQ(set(70, 10), 0);
-    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0"));
-    calls.clear();
     EXPECT_EQ(set(selected(70, 0x40000000), 10, 1), 0);
     EXPECT_THAT(calls, ElementsAre("a: set 70 port=1", "a: update 70 port=1", "b: update 71 port=1"));
+    calls.clear();
+    a.updateResults[70] = 8803;
+    EXPECT_EQ(set(70, 10), 8803);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0"));
+    calls.clear();
+    a.setResult = -11;
+    EXPECT_EQ(set(70, 10), -11);
+    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0"));
 }
 
 TEST_F(RegistryTest, RefusalsComeInTheirOrderAndChangeNothing) {
@@ -128,24 +133,6 @@ TEST_F(RegistryTest, PortsThatDoNotExistAreRefusedAtEveryDoor) {
         EXPECT_EQ(value, 5);
     }
     EXPECT_THAT(calls, IsEmpty());
-}
-
-TEST_F(RegistryTest, FailuresStopTheWriteWhereTheyHappen) {
-    registry().addUpdateDependency(0, 70, 71, false);
-    a.setResult = -11;
-    EXPECT_EQ(set(70, 10), -11);
-    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0"));
-    calls.clear();
-    a.setResult = 0;
-    a.updateResults[70] = 8803;
-    EXPECT_EQ(set(70, 10), 8803);
-    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0"));
-}
-
-TEST_F(RegistryTest, UncheckedWriteSkipsAccessTagAndLimits) {
-    record(70).access.accessFlag = {0, 0};
-    EXPECT_EQ(load(70, 12345), 0);
-    EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0"));
 }
 
 TEST_F(RegistryTest, LastDependencyGivesTheResult) {
@@ -320,52 +307,6 @@ TEST_F(RegistryTest, NodesOfAFinishedTreeFollowInPlace) {
     EXPECT_EQ(registry().searchRegisterInfoById(nullptr, 72, 0), nullptr);
     EXPECT_EQ(registry().searchRegisterInfoById(nodes[2], 72, 0), nullptr);
     EXPECT_EQ(registry().addGroupInfo(0, nullptr, "H"), nullptr);
-}
-
-TEST_F(RegistryTest, AccessOverrideReplacesTheModulesBits) {
-    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
-    registry().setGroup(70, 0, group);
-    registry().changeAllowAllAccess(7);
-    registry().setFlags(70, 0, 1, 1, 1, 1);
-    EXPECT_EQ(access(70), 7);
-    EXPECT_EQ(group->u.gReg.elements[0]->accessFlags, 7);
-    registry().changeAllowAllAccess(0);
-    registry().setFlags(70, 0, 1, 1, 1, 1);
-    EXPECT_EQ(access(70), 1);
-}
-
-TEST_F(RegistryTest, DirectRegistersComeAsOneGroup) {
-    struct Case {
-        int id, bits, to;
-        const char* name;
-    };
-    const Case cases[] = {
-        {50001, 1,  1,          "AA (1)" },
-        {50002, 31, 2147483647, "BB (31)"},
-        {50003, 32, -1,         "CC (32)"},
-        {50005, 64, -1,         "DD (64)"},
-        {50006, 0,  0,          "EE (0)" }
-    };
-    for (const Case& c : cases) {
-        const std::string name(c.name, 2);
-        new Fx3ParameterDirectReg(&a, name.c_str(), name.c_str(), c.id, 1, 1, c.bits);
-    }
-    registry().setDirectRegisters(6);  // 50004 is missing
-    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
-    EXPECT_EQ(registry().setGroup(50001, 0, group), 0);
-    ASSERT_EQ(group->u.gReg.nrOfElements, 5);
-    for (int i = 0; i < 5; ++i) {
-        const RegisterInfo& node = *group->u.gReg.elements[i];
-        EXPECT_STREQ(node.name, cases[i].name);
-        EXPECT_EQ(node.id, cases[i].id);
-        EXPECT_EQ(node.u.iReg.from, 0);
-        EXPECT_EQ(node.u.iReg.to, cases[i].to);
-        EXPECT_EQ(node.u.iReg.steps, 1);
-        EXPECT_EQ(node.rangeFlags, 1);
-        EXPECT_EQ(node.visibilityFlags, 1);
-        EXPECT_EQ(node.unit, nullptr);
-        EXPECT_EQ(record(cases[i].id).description.group[0], group);
-    }
 }
 
 /// A module that lacks one of the description steps.

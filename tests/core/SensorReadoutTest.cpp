@@ -3,7 +3,6 @@
 
 #include "StandardApplets/grabber_basis/PSFx4/PSSensorReadout8Tab.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/ParameterText.h"
 
 namespace {
 
@@ -12,40 +11,39 @@ using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::StrEq;
 
-/// A mode with its texts and its register values: tap number, direction, mirror, order, bypass, schema A and B.
+/// A mode with its register values: tap number, direction, mirror, order, bypass, schema A and B.
 struct Mode {
     int value;
     const char* name;
-    const char* diagram;
     std::array<uint32_t, 7> registers;
 };
 
 // clang-format off
 constexpr std::array kModes{
-    Mode{0, "SMODE_UNCHANGED", "SMODE_UNCHANGED       |->                       |", {0x0, 0x00, 0x00, 0xE4E4, 1, 0x76543210, 0xFEDCBA98}},
-    Mode{3, "SMODE_REVERSE", "SMODE_REVERSE         |                       <-|", {0x0, 0x11, 0x11, 0xE4E4, 1, 0xEFCDAB89, 0x67452301}},
-    Mode{30, "SMODE_TAB8_0", "SMODE_TAB8_0          |1234>               <8765|", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xEFCD6745}},
-    Mode{31, "SMODE_TAB8_1", "SMODE_TAB8_1          |1234>               <5678|", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xDCFE5476}},
-    Mode{32, "SMODE_TAB8_2", "SMODE_TAB8_2          |1234>       5678>        |", {0x0, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
-    Mode{33, "SMODE_TAB8_3", "SMODE_TAB8_3          |12>    34>    56>    78> |", {0x5, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
-    Mode{34, "SMODE_TAB8_4", "SMODE_TAB8_4          | <87    <65    <43    <21|", {0x5, 0x33, 0x33, 0xB1B1, 0, 0xEFCD6745, 0xAB892301}},
-    Mode{35, "SMODE_TAB8_5", "SMODE_TAB8_5          |12>    34>     <56    <78|", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xDCFE5476}},
-    Mode{36, "SMODE_TAB8_6", "SMODE_TAB8_6          |5678>               <4321|", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xFEDC7654, 0xAB892301}},
-    Mode{37, "SMODE_TAB8_7", "SMODE_TAB8_7      \t|8765>               <4321|", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xCDEF4567, 0xAB892301}},
-    Mode{38, "SMODE_TAB8_8", "SMODE_TAB8_8          |        <8765       <4321|", {0x0, 0x11, 0x11, 0xE4E4, 0, 0xEFCD6745, 0xAB892301}},
-    Mode{39, "SMODE_TAB8_9", "SMODE_TAB8_9          |87>    65>     <43    <21|", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xCDEF4567, 0xAB892301}},
-    Mode{40, "SMODE_TAB8_10", "SMODE_TAB8_10         |12>    34>     <65    <87|", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xCDEF4567}},
-    Mode{41, "SMODE_TAB8_11", "SMODE_TAB8_11         |78>    56>     <43    <21|", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xDCFE5476, 0xAB892301}},
-    Mode{42, "SMODE_TAB8_12", "SMODE_TAB8_12         |1> 2> 3> 4> 5> 6> 7> 8>  |", {0xF, 0x00, 0x00, 0xE4E4, 0, 0xB3A29180, 0xF7E6D5C4}},
-    Mode{43, "SMODE_TAB8_13", "SMODE_TAB8_13         |  <8 <7 <6 <5 <4 <3 <2 <1|", {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x7F6E5D4C, 0x3B2A1908}},
-    Mode{44, "SMODE_TAB8_14", "SMODE_TAB8_14         |1> 2> 3> 4>   <5 <6 <7 <8|", {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xB3A29180, 0x4C5D6E7F}},
-    Mode{45, "SMODE_TAB8_15", "SMODE_TAB8_15         |8> 7> 6> 5>   <4 <3 <2 <1|", {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xC4D5E6F7, 0x3B2A1908}},
-    Mode{46, "SMODE_TAB8_16", "SMODE_TAB8_16         |1> 2>  <3 <4 5> 6>  <7 <8|", {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x3B2A9180, 0x7F6ED5C4}},
-    Mode{47, "SMODE_TAB8_17", "SMODE_TAB8_17         |8> 7>  <6 <5 4> 3>  <2 <1|", {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x4C5DE6F7, 0x0819A2B3}},
-    Mode{48, "SMODE_TAB8_18", "SMODE_TAB8_18         |  <1 <2 <3 <4 <5 <6 <7 <8|", {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x08192A3B, 0x4C5D6E7F}},
-    Mode{49, "SMODE_TAB8_19", "SMODE_TAB8_19         |8> 7> 6> 5> 4> 3> 2> 1>  |", {0xF, 0x00, 0x00, 0xE4E4, 0, 0xC4D5E6F7, 0x8091A2B3}},
-    Mode{50, "SMODE_TAB8_20", "SMODE_TAB8_20         | <1 <2 <3 <4 5> 6> 7> 8> |", {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x08192A3B, 0xF7E6D5C4}},
-    Mode{51, "SMODE_TAB8_21", "SMODE_TAB8_21         | <8 <7 <6 <5 4> 3> 2> 1> |", {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x7F6E5D4C, 0x8091A2B3}},
+    Mode{0, "SMODE_UNCHANGED", {0x0, 0x00, 0x00, 0xE4E4, 1, 0x76543210, 0xFEDCBA98}},
+    Mode{3, "SMODE_REVERSE", {0x0, 0x11, 0x11, 0xE4E4, 1, 0xEFCDAB89, 0x67452301}},
+    Mode{30, "SMODE_TAB8_0", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xEFCD6745}},
+    Mode{31, "SMODE_TAB8_1", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xBA983210, 0xDCFE5476}},
+    Mode{32, "SMODE_TAB8_2", {0x0, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
+    Mode{33, "SMODE_TAB8_3", {0x5, 0x00, 0x00, 0xE4E4, 0, 0xBA983210, 0xFEDC7654}},
+    Mode{34, "SMODE_TAB8_4", {0x5, 0x33, 0x33, 0xB1B1, 0, 0xEFCD6745, 0xAB892301}},
+    Mode{35, "SMODE_TAB8_5", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xDCFE5476}},
+    Mode{36, "SMODE_TAB8_6", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xFEDC7654, 0xAB892301}},
+    Mode{37, "SMODE_TAB8_7", {0x0, 0x10, 0x10, 0xE4E4, 0, 0xCDEF4567, 0xAB892301}},
+    Mode{38, "SMODE_TAB8_8", {0x0, 0x11, 0x11, 0xE4E4, 0, 0xEFCD6745, 0xAB892301}},
+    Mode{39, "SMODE_TAB8_9", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xCDEF4567, 0xAB892301}},
+    Mode{40, "SMODE_TAB8_10", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xBA983210, 0xCDEF4567}},
+    Mode{41, "SMODE_TAB8_11", {0x5, 0x30, 0x30, 0xB1E4, 0, 0xDCFE5476, 0xAB892301}},
+    Mode{42, "SMODE_TAB8_12", {0xF, 0x00, 0x00, 0xE4E4, 0, 0xB3A29180, 0xF7E6D5C4}},
+    Mode{43, "SMODE_TAB8_13", {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x7F6E5D4C, 0x3B2A1908}},
+    Mode{44, "SMODE_TAB8_14", {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xB3A29180, 0x4C5D6E7F}},
+    Mode{45, "SMODE_TAB8_15", {0xF, 0xF0, 0xF0, 0x1BE4, 0, 0xC4D5E6F7, 0x3B2A1908}},
+    Mode{46, "SMODE_TAB8_16", {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x3B2A9180, 0x7F6ED5C4}},
+    Mode{47, "SMODE_TAB8_17", {0xF, 0xCC, 0xCC, 0xE4E4, 0, 0x4C5DE6F7, 0x0819A2B3}},
+    Mode{48, "SMODE_TAB8_18", {0xF, 0xFF, 0xFF, 0x1B1B, 0, 0x08192A3B, 0x4C5D6E7F}},
+    Mode{49, "SMODE_TAB8_19", {0xF, 0x00, 0x00, 0xE4E4, 0, 0xC4D5E6F7, 0x8091A2B3}},
+    Mode{50, "SMODE_TAB8_20", {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x08192A3B, 0xF7E6D5C4}},
+    Mode{51, "SMODE_TAB8_21", {0xF, 0x0F, 0x0F, 0xE41B, 0, 0x7F6E5D4C, 0x8091A2B3}},
 };
 // clang-format on
 
@@ -79,24 +77,6 @@ TEST_F(SensorReadoutTest, EveryModeWritesItsSevenRegisters) {
         }
         EXPECT_EQ(get(FG_SENSORREADOUT), mode.value);
     }
-}
-
-TEST_F(SensorReadoutTest, IsPublishedWithItsDiagrams) {
-    addModule();
-    std::string entries;
-    for (const Mode& mode : kModes) {
-        entries += std::string(" [") + mode.diagram + "]" + std::to_string(mode.value) + "=" + mode.name;
-    }
-    for (unsigned port : {0u, 1u}) {
-        EXPECT_EQ(parameterText(record(FG_SENSORREADOUT), port),
-                  "FG_SENSORREADOUT | Readout mode | - | 7 1 1 1 | enum" + entries +
-                      " default 0 | Select the sensor readout strategy matching your camera, to perform the correct "
-                      "on-bard pixel reshuffeling.");
-        EXPECT_THAT(groupTexts(master().getHeader()->getRegisterInfo(static_cast<int>(port))),
-                    ElementsAre("Sensor Readout Correction: 5050"));
-    }
-    EXPECT_EQ(minimum(FG_SENSORREADOUT), 0);
-    EXPECT_EQ(maximum(FG_SENSORREADOUT), 51);
 }
 
 TEST_F(SensorReadoutTest, DocumentationFollowsTheConfiguration) {
@@ -148,27 +128,6 @@ TEST_F(SensorReadoutTest, AFailedWriteStopsNoOtherAndCountsInTheSum) {
     board.failWrite("TapSortingSchemaA", 0);
     EXPECT_EQ(module.updateAllParameters(0), 0);
     EXPECT_EQ(board.value("TapNumber"), 15u);
-}
-
-TEST_F(SensorReadoutTest, AMissingRegisterFailsTheUpdateOnly) {
-    board.removeRegister("ReadOutMirror");
-    PSSensorReadout8Tab& module = addModule();
-    EXPECT_EQ(module.getRegisterInitSuccess(), -7040);
-    EXPECT_EQ(module.updateAllParameters(0), -1);
-    EXPECT_EQ(board.value("TapSortingSchemaB"), 0xFEDCBA98u);
-}
-
-TEST_F(SensorReadoutTest, RefusesOtherParametersAndPorts) {
-    PSSensorReadout8Tab& module = addModule();
-    unsigned value = 3;
-    EXPECT_EQ(module.getParamFromRs(5051, &value, 0), -2070);
-    EXPECT_EQ(module.setParamToRs(5051, &value, 0), -2070);
-    EXPECT_EQ(module.updateParameter(0, 5051), -1);
-    EXPECT_EQ(module.getParamFromRs(FG_SENSORREADOUT, &value, 2), -61);
-    EXPECT_EQ(module.setParamToRs(FG_SENSORREADOUT, &value, 2), -61);
-    EXPECT_EQ(module.updateAllParameters(2), -61);
-    EXPECT_EQ(value, 3u);
-    EXPECT_THAT(board.writes(), IsEmpty());
 }
 
 }  // namespace

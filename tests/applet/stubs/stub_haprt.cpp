@@ -1,6 +1,5 @@
 // An applet runtime library that records its calls and knows the registers of the design by name.
 #include <array>
-#include <cstring>
 
 #include "tests/applet/stubs/Recorder.h"
 #include "tests/core/DesignRegisters.h"
@@ -24,8 +23,8 @@ extern "C" {
 
 FABRIX_EXPORT int HapGetRegisterByName(fpga_design* design, const char* name) {
     recorder().call<int>("HapGetRegisterByName", std::make_tuple(design, name));
-    for (size_t i = 0; i < kDesignRegisters.size(); ++i) {
-        if (std::strcmp(kDesignRegisters[i].name, name) == 0) return static_cast<int>(i) + 1;
+    for (size_t i = 0; i < designRegisters().size(); ++i) {
+        if (designRegisters()[i].name == name) return static_cast<int>(i) + 1;
     }
     return 0;
 }
@@ -33,6 +32,6 @@ FABRIX_EXPORT int HapGetRegisterByName(fpga_design* design, const char* name) {
 FABRIX_EXPORT int HapGetRegisterBitRange(fpga_design* design, int number) {
     recorder().call<int>("HapGetRegisterBitRange", std::make_tuple(design, number));
     const auto index = static_cast<size_t>(number) - 1;
-    return index < kDesignRegisters.size() ? kDesignRegisters[index].width : 0;
+    return index < designRegisters().size() ? designRegisters()[index].width : 0;
 }
 }
