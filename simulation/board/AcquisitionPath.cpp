@@ -33,20 +33,15 @@ bool AcquisitionPath::isOpen() const {
     return settings.isSource ? settings.runs : mCamera.linkIsUp() && portEnable == 1;
 }
 
-bool AcquisitionPath::countsOn() const {
-    const GeneratorSettings settings = generator();
-    return !settings.isSource || settings.runs;
-}
-
 bool AcquisitionPath::isSelected(uint64_t number) const { return selection().passes(number); }
 
-size_t AcquisitionPath::produce(uint64_t number, std::span<uint8_t> target) {
-    const size_t length = cut(number, target);
+size_t AcquisitionPath::produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) {
+    const size_t length = cut(number, exposure, target);
     mKnee.curve().apply(target.first(length));
     return length;
 }
 
-size_t AcquisitionPath::cut(uint64_t number, std::span<uint8_t> target) {
+size_t AcquisitionPath::cut(uint64_t number, BoardTime exposure, std::span<uint8_t> target) {
     const Window window = Window::of(mWindowRow.values(mRegisters));
     const TapSorter::Values taps = mSorterRow.values(mRegisters);
     const GeneratorSettings settings = generator();
@@ -55,8 +50,11 @@ size_t AcquisitionPath::cut(uint64_t number, std::span<uint8_t> target) {
         const LineOrder& order = mSorter.order(taps, unchangedGeometry(), settings.size.width);
         return cutWindow(window, mGenerator, order, target);
     }
-    PictureFrame frame(mCamera.source().frame(number));
-    const LineOrder& order = mSorter.order(taps, mCamera.geometry(), frame.size().width);
+    PictureFrame scene(mCamera.source().frame(number));
+    const LineOrder& order = mSorter.order(taps, mCamera.geometry(), scene.size().width);
+    mExposure.set(exposure == kAsShown ? Camera::kNominalExposure : exposure, Camera::kNominalExposure);
+    if (mExposure.changesNothing()) return cutWindow(window, scene, order, target);
+    ExposedFrame frame(scene, mExposure);
     return cutWindow(window, frame, order, target);
 }
 

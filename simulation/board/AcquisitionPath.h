@@ -2,6 +2,7 @@
 
 #include "simulation/board/Camera.h"
 #include "simulation/board/DmaEngine.h"
+#include "simulation/board/ExposedFrame.h"
 #include "simulation/board/Generator.h"
 #include "simulation/board/ImageSelection.h"
 #include "simulation/board/KneeTable.h"
@@ -28,10 +29,8 @@ public:
     void written(int handle);
 
     [[nodiscard]] bool isOpen() const override;
-    [[nodiscard]] bool countsOn() const override;
     [[nodiscard]] bool isSelected(uint64_t number) const override;
-    [[nodiscard]] std::chrono::nanoseconds period() const override { return mCamera.period(); }
-    size_t produce(uint64_t number, std::span<uint8_t> target) override;
+    size_t produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) override;
 
 private:
     static constexpr std::array kGates{
@@ -42,7 +41,7 @@ private:
 
     [[nodiscard]] GeneratorSettings generator() const;
     [[nodiscard]] ImageSelection selection() const;
-    size_t cut(uint64_t number, std::span<uint8_t> target);
+    size_t cut(uint64_t number, BoardTime exposure, std::span<uint8_t> target);
 
     const RegisterStore& mRegisters;
     Camera& mCamera;
@@ -60,6 +59,7 @@ private:
 
     // Of the thread that asks for frames.
     Generator mGenerator;
+    ExposureCurve mExposure;
     TapSorter mSorter;
 };
 

@@ -25,6 +25,10 @@ std::string findFault(const DmaRequest& request, const BufferSet* buffers) {
     return {};
 }
 
+Outcome noInput(unsigned input) {
+    return {kBadSetting, "there is no digital input " + std::to_string(input) + ": they are 0 to 7"};
+}
+
 }  // namespace
 
 Outcome Board::setCameraFolder(const std::filesystem::path& folder) {
@@ -43,7 +47,9 @@ Outcome Board::setSource(std::unique_ptr<PictureSource> source, const std::strin
     if (source == nullptr) return {kBadSetting, why};
     const std::lock_guard lock(mSetupMutex);
     if (mDma.isRunning()) return {kBusy, "the camera cannot change while a transfer runs"};
-    return mCamera.setSource(std::move(source));
+    Outcome outcome = mCamera.setSource(std::move(source));
+    mSchedule.cameraChanged();
+    return outcome;
 }
 
 Outcome Board::setGeometry(int number) { return setGeometry(findGeometry(number), std::to_string(number)); }
@@ -64,8 +70,28 @@ Outcome Board::setGeometry(const ReadoutGeometry* geometry, const std::string& t
 Outcome Board::setMode(ClockMode mode) {
     const std::lock_guard lock(mSetupMutex);
     if (mDma.isRunning()) return {kBusy, "the mode cannot change while a transfer runs"};
-    mClock.setMode(mode);
+    mSchedule.setMode(mode);
     return {};
+}
+
+Outcome Board::setRate(double rateHz) {
+    Outcome outcome = mCamera.setRate(rateHz);
+    mSchedule.cameraChanged();
+    mDma.wake();
+    return outcome;
+}
+
+void Board::setCameraTrigger(CameraTrigger trigger) {
+    mCamera.setTrigger(trigger);
+    mSchedule.cameraChanged();
+    mDma.wake();
+}
+
+Outcome Board::setReadoutTime(double us) {
+    Outcome outcome = mCamera.setReadoutTime(us);
+    mSchedule.cameraChanged();
+    mDma.wake();
+    return outcome;
 }
 
 void Board::setLink(bool isUp) {
@@ -81,6 +107,28 @@ Outcome Board::setInputs(uint32_t levels) {
     const std::lock_guard lock(mSetupMutex);
     mInputs = levels;
     mRegisters.set(mDigitalIn, levels);
+    mSchedule.setLevels(levels);
+    mDma.wake();
+    return {};
+}
+
+Outcome Board::pulse(unsigned input) {
+    if (input >= InputLines::kInputs) return noInput(input);
+    mSchedule.pulse(input);
+    mDma.wake();
+    return {};
+}
+
+Outcome Board::setInputRate(unsigned input, double rateHz) {
+    if (input >= InputLines::kInputs) return noInput(input);
+    // Written so that "not a number" is refused as well.
+    if (rateHz != 0 && !(rateHz >= Camera::kLowestRateHz && rateHz <= Camera::kHighestRateHz)) {
+        return {kBadSetting,
+                "an input rate of " + std::to_string(rateHz) + " pulses/s cannot be had: it is 0.01 to 100000, or 0"};
+    }
+    const auto period = rateHz == 0 ? std::nullopt : std::optional(BoardTime(static_cast<int64_t>(1e9 / rateHz)));
+    mSchedule.setInputPeriod(input, period);
+    mDma.wake();
     return {};
 }
 
@@ -94,6 +142,12 @@ int Board::ccLine(unsigned line, CcLine& state) const {
     if (!mIsConfigured) return kNotConfigured;
     if (line >= CcLine::kLines) return kBadArgument;
     state = CcLine::of(mRegisters.valueOf(mCcConfig), line);
+    return kOk;
+}
+
+int Board::triggerReport(TriggerReport& report) {
+    if (!mIsConfigured) return kNotConfigured;
+    report = mSchedule.report();
     return kOk;
 }
 
@@ -115,7 +169,7 @@ int Board::configure(const Design* design) {
     mDigitalOut = mRegisters.find("AATrg_DigitalOut");
     mCcConfig = mRegisters.find("AATrg_CCConfig");
     mRegisters.set(mDigitalIn, mInputs);
-    mClock.start();
+    mSchedule.configure();
     mIsConfigured = true;
     return kOk;
 }
@@ -128,14 +182,15 @@ int Board::writeRegister(int handle, uint64_t value) {
 
 int Board::store(int handle, uint64_t value) {
     if (!mIsConfigured) return kNotConfigured;
-    const int code = mRegisters.write(handle, value);
+    const bool isTimed = mSchedule.has(handle);
+    const int code = isTimed ? mSchedule.write(handle, value) : mRegisters.write(handle, value);
     if (code != kOk) return code;
     if (handle == mCounterControl) {
         mCounter.control(mRegisters.valueOf(handle), std::chrono::steady_clock::now());
     }
     mPath.written(handle);
     if (mPath.isReset(handle) && mRegisters.valueOf(handle) != 0) mDma.restartFrames();
-    if (mPath.isGate(handle)) mDma.wake();
+    if (isTimed || mPath.isGate(handle)) mDma.wake();
     return kOk;
 }
 
@@ -154,6 +209,10 @@ int Board::readRegister(int handle, uint64_t* value) {
     if (value == nullptr) return kBadArgument;
     if (handle != 0 && handle == mCounterValue) {
         *value = mCounter.count(std::chrono::steady_clock::now());
+        return kOk;
+    }
+    if (mSchedule.isStatus(handle)) {
+        *value = mSchedule.status(handle, !mDma.leads());
         return kOk;
     }
     return mRegisters.read(handle, *value);

@@ -12,10 +12,10 @@
 #include "simulation/board/BufferSet.h"
 #include "simulation/board/Camera.h"
 #include "simulation/board/CcLine.h"
-#include "simulation/board/Clock.h"
 #include "simulation/board/DmaEngine.h"
 #include "simulation/board/FrequencyCounter.h"
 #include "simulation/board/RegisterStore.h"
+#include "simulation/board/Schedule.h"
 #include "simulation/board/Trace.h"
 #include "simulation/design/Design.h"
 #include "simulation/support/FaultPlan.h"
@@ -55,18 +55,30 @@ public:
 
     /// \param text the name or the number of a geometry.
     [[nodiscard]] Outcome setGeometry(const std::string& text);
-    [[nodiscard]] Outcome setRate(double rateHz) { return mCamera.setRate(rateHz); }
+    [[nodiscard]] Outcome setRate(double rateHz);
+    void setCameraTrigger(CameraTrigger trigger);
+    [[nodiscard]] Outcome setReadoutTime(double us);
     [[nodiscard]] Outcome setMode(ClockMode mode);
     void setLink(bool isUp);
 
     /// \param levels bit i is the level of digital input i, up to kMostInputs; it stays through configurations.
     [[nodiscard]] Outcome setInputs(uint32_t levels);
 
+    /// A short pulse on a digital input, 0 to 7.
+    [[nodiscard]] Outcome pulse(unsigned input);
+
+    /// Such pulses at a rate, Camera::kLowestRateHz to Camera::kHighestRateHz; 0 ends them. They stay through
+    /// configurations.
+    [[nodiscard]] Outcome setInputRate(unsigned input, double rateHz);
+
     /// The levels of the digital outputs, bit by bit, or kNotConfigured.
     [[nodiscard]] int outputs() const;
 
     /// What drives the camera control line \p line, 0 to 3. \return 0, kNotConfigured or kBadArgument.
     [[nodiscard]] int ccLine(unsigned line, CcLine& state) const;
+
+    /// What the trigger block does. \return 0 or kNotConfigured.
+    [[nodiscard]] int triggerReport(TriggerReport& report);
 
     [[nodiscard]] FaultPlan& faults() { return mFaults; }
     [[nodiscard]] Trace& trace() { return mTrace; }
@@ -115,7 +127,7 @@ private:
     RegisterStore mRegisters;
     FrequencyCounter mCounter;
     Camera mCamera;
-    Clock mClock;
+    Schedule mSchedule{mRegisters, mCamera};
     AcquisitionPath mPath{mRegisters, mCamera};
 
     std::atomic<bool> mIsConfigured{false};
@@ -130,7 +142,7 @@ private:
     mutable std::mutex mBuffersMutex;
     std::map<const void*, std::shared_ptr<BufferSet>> mBuffers;  // guarded by mBuffersMutex
 
-    DmaEngine mDma{mPath, mClock};  // last: its thread ends before anything else goes
+    DmaEngine mDma{mPath, mSchedule};  // last: its thread ends before anything else goes
 };
 
 }  // namespace simulation

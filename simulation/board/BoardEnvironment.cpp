@@ -1,5 +1,6 @@
 #include "simulation/board/BoardEnvironment.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -34,6 +35,28 @@ Outcome applyMode(Board& board, int /*number*/, const std::string& text) {
     if (text == "realtime") return board.setMode(ClockMode::realTime);
     if (text == "fast") return board.setMode(ClockMode::fast);
     return wanted("realtime or fast", text);
+}
+
+Outcome applyCameraTrigger(Board& board, int /*number*/, const std::string& text) {
+    constexpr std::array kNames{"auto", "free", "cc1", "cc2", "cc3", "cc4"};
+    const auto* const name = std::find(kNames.begin(), kNames.end(), text);
+    if (name == kNames.end()) return wanted("auto, free or cc1 to cc4", text);
+    board.setCameraTrigger(static_cast<CameraTrigger>(name - kNames.begin()));
+    return {};
+}
+
+Outcome applyReadoutTime(Board& board, int /*number*/, const std::string& text) {
+    const auto us = parseNumber<double>(text);
+    return us ? board.setReadoutTime(*us) : wanted("a number of microseconds", text);
+}
+
+Outcome applyInputRate(Board& board, int /*number*/, const std::string& text) {
+    const size_t colon = text.find(':');
+    const auto input = parseNumber<unsigned>(std::string_view(text).substr(0, colon));
+    const auto rateHz =
+        colon == std::string::npos ? std::nullopt : parseNumber<double>(std::string_view(text).substr(colon + 1));
+    if (!input || !rateHz) return wanted("INPUT:HZ", text);
+    return board.setInputRate(*input, *rateHz);
 }
 
 Outcome applyLink(Board& board, int /*number*/, const std::string& text) {
@@ -72,15 +95,18 @@ struct Variable {
 };
 
 constexpr std::array kVariables{
-    Variable{"TAVO_SIM_CAMERA",   applyCamera  },
-    Variable{"TAVO_SIM_SCENE",    applyScene   },
-    Variable{"TAVO_SIM_GEOMETRY", applyGeometry},
-    Variable{"TAVO_SIM_RATE",     applyRate    },
-    Variable{"TAVO_SIM_MODE",     applyMode    },
-    Variable{"TAVO_SIM_LINK",     applyLink    },
-    Variable{"TAVO_SIM_INPUTS",   applyInputs  },
-    Variable{"TAVO_SIM_FAULT",    applyFault   },
-    Variable{"TAVO_SIM_TRACE",    applyTrace   },
+    Variable{"TAVO_SIM_CAMERA",         applyCamera       },
+    Variable{"TAVO_SIM_SCENE",          applyScene        },
+    Variable{"TAVO_SIM_GEOMETRY",       applyGeometry     },
+    Variable{"TAVO_SIM_RATE",           applyRate         },
+    Variable{"TAVO_SIM_CAMERA_TRIGGER", applyCameraTrigger},
+    Variable{"TAVO_SIM_READOUT_TIME",   applyReadoutTime  },
+    Variable{"TAVO_SIM_MODE",           applyMode         },
+    Variable{"TAVO_SIM_LINK",           applyLink         },
+    Variable{"TAVO_SIM_INPUTS",         applyInputs       },
+    Variable{"TAVO_SIM_INPUT_RATE",     applyInputRate    },
+    Variable{"TAVO_SIM_FAULT",          applyFault        },
+    Variable{"TAVO_SIM_TRACE",          applyTrace        },
 };
 
 }  // namespace

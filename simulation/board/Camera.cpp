@@ -18,7 +18,10 @@ Outcome checkReadout(const ReadoutGeometry& geometry, uint32_t width) {
 
 Outcome Camera::setSource(std::unique_ptr<PictureSource> source) {
     Outcome outcome = checkReadout(*mGeometry, source->size().width);
-    if (outcome.code == kOk) mSource = std::move(source);
+    if (outcome.code == kOk) {
+        mSource = std::move(source);
+        mPixels = mSource->size().pixels();
+    }
     return outcome;
 }
 
@@ -44,6 +47,20 @@ Outcome Camera::setRate(double rateHz) {
     }
     mPeriodNs = static_cast<int64_t>(1e9 / rateHz);
     return {};
+}
+
+Outcome Camera::setReadoutTime(double us) {
+    if (!(us >= 0 && us <= kLongestReadoutUs)) {
+        return {kBadSetting, "a readout time of " + std::to_string(us) + " us cannot be had: it is 0 to 1000000"};
+    }
+    mReadoutNs = static_cast<int64_t>(us * 1000);
+    return {};
+}
+
+std::chrono::nanoseconds Camera::readoutTime() const {
+    const int64_t set = mReadoutNs;
+    // Eight taps of 85 MHz: 17 pixels in 25 ns.
+    return std::chrono::nanoseconds(set != 0 ? set : static_cast<int64_t>(mPixels * 25 / 17));
 }
 
 }  // namespace simulation

@@ -4,50 +4,40 @@
 #include <chrono>
 #include <cstdint>
 
+#include "simulation/board/BoardTime.h"
+
 namespace simulation {
 
-enum class ClockMode {
-    realTime,  // frames come when the camera's schedule says so
-    fast,      // frames come as fast as the machine can; their time stamps follow the schedule all the same
+enum class ClockMode : uint8_t {
+    realTime,  // the board's time is the machine's
+    fast,      // it jumps from frame to frame, as fast as the machine can
 };
 
-/// When the frames of a free-running camera come. The schedule is absolute, so that errors do not add up. Used by the
-/// DMA thread; the mode may be read by any thread and changes only while no transfer runs.
+/// Where the board's time and the machine's meet. The mode may be read by any thread; it changes, and time starts, only
+/// while no transfer runs.
 class Clock {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
-    using Nanoseconds = std::chrono::nanoseconds;
 
-    /// Later than this, a frame is given up: a camera does not wait for a machine that is too slow for it.
-    static constexpr Nanoseconds kLargestDelay = std::chrono::seconds(1);
+    /// Time counts from now on.
+    void start() { mStart = std::chrono::steady_clock::now(); }
 
-    /// The schedule starts again after 146 years, which a fast transfer that selects few of its frames can reach.
-    static constexpr Nanoseconds kLastStamp = Nanoseconds::max() / 2;
-
-    /// Time stamps count from now on.
-    void start();
-
-    void setMode(ClockMode mode) { mMode = mode; }
+    /// \param boardTime which goes on from here without a jump.
+    void setMode(ClockMode mode, BoardTime boardTime) {
+        mMode = mode;
+        mStart = std::chrono::steady_clock::now() - boardTime;
+    }
     [[nodiscard]] ClockMode mode() const { return mMode; }
 
-    /// A transfer starts: the next frame is the first one of the schedule after now.
-    void align(Nanoseconds period);
+    /// The board's time now, in real time.
+    [[nodiscard]] BoardTime now() const { return std::chrono::steady_clock::now() - mStart; }
 
-    /// Moves on to the next frame. \return the number of frames given up on the way.
-    uint64_t advance(Nanoseconds period);
-
-    /// When the present frame is complete (real time).
-    [[nodiscard]] TimePoint due() const { return mStart + mStamp; }
-
-    /// The present frame's time stamp: from start() on.
-    [[nodiscard]] Nanoseconds stamp() const { return mStamp; }
+    /// The machine's time at a time of the board, in real time.
+    [[nodiscard]] TimePoint pointOf(BoardTime time) const { return mStart + time; }
 
 private:
-    [[nodiscard]] Nanoseconds elapsed() const { return std::chrono::steady_clock::now() - mStart; }
-
     std::atomic<ClockMode> mMode{ClockMode::realTime};
     TimePoint mStart = std::chrono::steady_clock::now();
-    Nanoseconds mStamp{0};
 };
 
 }  // namespace simulation

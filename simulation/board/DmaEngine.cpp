@@ -9,6 +9,9 @@ namespace {
 /// A sleeping thread wakes late by about this much; the rest of the way it spins.
 constexpr auto kSpinTime = std::chrono::microseconds(200);
 
+/// Later than this, a frame is given up: a camera does not wait for a machine that is too slow for it.
+constexpr auto kLargestDelay = std::chrono::seconds(1);
+
 }  // namespace
 
 int DmaEngine::start(std::shared_ptr<BufferSet> buffers, const TransferPlan& plan) {
@@ -22,9 +25,11 @@ int DmaEngine::start(std::shared_ptr<BufferSet> buffers, const TransferPlan& pla
     mStops = false;
     mBuffers = std::move(buffers);
     mBuffers->begin(plan);
+    mSchedule.begin();
     try {
         mThread = std::thread([this, plan] { run(*mBuffers, plan); });
     } catch (...) {
+        mSchedule.end();
         mBuffers->end();
         throw;
     }
@@ -53,12 +58,25 @@ bool DmaEngine::uses(const BufferSet& buffers) const {
 void DmaEngine::wake() {
     // The lock makes sure that the thread has either not looked yet or is asleep already.
     const std::lock_guard lock(mMutex);
+    ++mChanges;
+    mIsIdle = false;
     mWake.notify_all();
 }
 
-TransferStatistics DmaEngine::statistics() const {
+bool DmaEngine::leads() const {
+    if (!isRunning()) return false;
     const std::lock_guard lock(mMutex);
-    return mStatistics;
+    return !mIsIdle;
+}
+
+TransferStatistics DmaEngine::statistics() const {
+    TransferStatistics statistics;
+    {
+        const std::lock_guard lock(mMutex);
+        statistics = mStatistics;
+    }
+    statistics.missed = mSchedule.missed();
+    return statistics;
 }
 
 void DmaEngine::count(uint64_t TransferStatistics::*counter, uint64_t frames) {
@@ -68,56 +86,97 @@ void DmaEngine::count(uint64_t TransferStatistics::*counter, uint64_t frames) {
 
 void DmaEngine::run(BufferSet& buffers, const TransferPlan& plan) {
     mFrame = 0;
-    mClock.align(mProducer.period());
     // In fast mode time stands still while the host keeps all buffers; a real camera does not wait.
-    const bool waits = plan.handShake && mClock.mode() == ClockMode::fast;
+    const bool waits = plan.handShake && mSchedule.mode() == ClockMode::fast;
     int32_t picture = 1;
-    while (waitForFrame()) {
-        if (mRestartFrames.exchange(false)) mFrame = 0;
-        const bool isOpen = mProducer.isOpen();
-        // The first frame that passes is number 1; from then on the camera counts on, whether frames pass or not.
-        if (isOpen || countsOn()) ++mFrame;
-        if (isOpen && mProducer.isSelected(mFrame) && !deliver(buffers, waits, picture)) break;
+    bool goesOn = true;
+    while (goesOn) {
+        const auto frame = waitForFrame();
+        goesOn = frame && handle(buffers, waits, *frame, picture);
     }
+    mSchedule.end();
 }
 
-bool DmaEngine::waitForFrame() {
-    if (mClock.mode() == ClockMode::fast) {
-        std::unique_lock lock(mMutex);
-        mWake.wait(lock, [this] { return mStops || mProducer.isOpen(); });
-        lock.unlock();
-        mClock.advance(mProducer.period());
-        return !mStops;
+/// \return whether the transfer goes on.
+bool DmaEngine::handle(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture) {
+    if (mRestartFrames.exchange(false)) mFrame = 0;
+    const bool isOpen = mProducer.isOpen();
+    number(frame, isOpen);
+    if (isTooLate(frame)) {
+        if (mFrame > 0) count(&TransferStatistics::skipped, 1);
+        return true;
     }
-    const uint64_t skipped = mClock.advance(mProducer.period());
-    if (skipped > 0 && countsOn()) {
-        mFrame += skipped;
-        count(&TransferStatistics::skipped, skipped);
-    }
-    return waitUntilDue();
+    return !isOpen || !mProducer.isSelected(mFrame) || deliver(buffers, waits, frame, picture);
 }
 
-bool DmaEngine::waitUntilDue() {
-    const Clock::TimePoint due = mClock.due();
+/// The first frame that passes is number 1; from then on frames and triggers count, whether frames pass or not.
+void DmaEngine::number(const CompletedFrame& frame, bool passes) {
+    if (mFrame > 0) {
+        mFrame += frame.ordinal - mOrdinal;
+    } else if (passes) {
+        mFrame = 1;
+    }
+    mOrdinal = frame.ordinal;
+}
+
+std::optional<CompletedFrame> DmaEngine::waitForFrame() {
+    while (!mStops) {
+        const uint32_t seen = mChanges;
+        MaybeTime due;
+        if (auto frame = lookForFrame(due)) return frame;
+        if (!due) {
+            waitForChange(seen);
+        } else if (waitUntil(*due, seen)) {
+            if (auto frame = mSchedule.takeFrame()) return frame;
+        }
+    }
+    return std::nullopt;
+}
+
+/// In fast mode a frame comes at once, if one comes at all, and time stands still while none can pass; in real time
+/// \p due tells when it comes.
+std::optional<CompletedFrame> DmaEngine::lookForFrame(MaybeTime& due) {
+    if (mSchedule.mode() == ClockMode::fast) return mProducer.isOpen() ? mSchedule.takeFrame() : std::nullopt;
+    due = mSchedule.nextFrame();
+    return std::nullopt;
+}
+
+void DmaEngine::waitForChange(uint32_t seen) {
+    std::unique_lock lock(mMutex);
+    mIsIdle = mChanges == seen;
+    mWake.wait(lock, [&] { return mStops || mChanges != seen; });
+    mIsIdle = false;
+}
+
+/// \return whether the time has come; if not, something has changed meanwhile.
+bool DmaEngine::waitUntil(BoardTime time, uint32_t seen) {
+    const Clock::TimePoint due = mSchedule.pointOf(time);
+    const auto isOver = [&] { return mStops || mChanges != seen; };
     {
         std::unique_lock lock(mMutex);
-        mWake.wait_until(lock, due - kSpinTime, [this] { return mStops.load(); });
+        mWake.wait_until(lock, due - kSpinTime, isOver);
     }
-    while (!mStops && std::chrono::steady_clock::now() < due) {
+    while (std::chrono::steady_clock::now() < due) {
+        if (isOver()) return false;
     }
-    return !mStops;
+    return true;
 }
 
-bool DmaEngine::deliver(BufferSet& buffers, bool waits, int32_t& picture) {
+bool DmaEngine::isTooLate(const CompletedFrame& frame) const {
+    return mSchedule.mode() == ClockMode::realTime &&
+           std::chrono::steady_clock::now() - mSchedule.pointOf(frame.time) > kLargestDelay;
+}
+
+bool DmaEngine::deliver(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture) {
     const BufferSet::Claim claim = buffers.claim(picture, waits);
     if (claim.state == BufferSet::ClaimState::ended) return false;
     if (claim.state == BufferSet::ClaimState::noBuffer) {
         count(&TransferStatistics::lost, 1);
         return true;
     }
-    const size_t length = mProducer.produce(mFrame, claim.target);
+    const size_t length = mProducer.produce(mFrame, frame.exposure, claim.target);
     count(&TransferStatistics::delivered, 1);
-    const bool goesOn = buffers.publish({picture, mFrame, length, mClock.stamp()});
+    const bool goesOn = buffers.publish({picture, mFrame, length, frame.time});
     if (goesOn) ++picture;
     return goesOn;
 }

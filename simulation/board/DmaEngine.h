@@ -5,11 +5,12 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <thread>
 
 #include "simulation/board/BufferSet.h"
-#include "simulation/board/Clock.h"
+#include "simulation/board/Schedule.h"
 
 namespace simulation {
 
@@ -24,16 +25,11 @@ public:
     /// Whether frames pass now. Asked from the DMA thread; DmaEngine::wake() tells it that the answer may differ.
     [[nodiscard]] virtual bool isOpen() const = 0;
 
-    /// Whether frames are counted on now while none passes: a camera runs on, a generator that is held does not.
-    [[nodiscard]] virtual bool countsOn() const = 0;
-
     /// Whether frame \p number, from 1, goes into a buffer when it passes.
     [[nodiscard]] virtual bool isSelected(uint64_t number) const = 0;
 
-    [[nodiscard]] virtual std::chrono::nanoseconds period() const = 0;
-
-    /// Makes the picture of frame \p number, from 1. \return the number of bytes written.
-    virtual size_t produce(uint64_t number, std::span<uint8_t> target) = 0;
+    /// Makes the picture of frame \p number, from 1, after \p exposure. \return the number of bytes written.
+    virtual size_t produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) = 0;
 };
 
 /// Counts of the current or last transfer.
@@ -41,13 +37,14 @@ struct TransferStatistics {
     uint64_t delivered = 0;
     uint64_t lost = 0;     // no free buffer
     uint64_t skipped = 0;  // the machine was too slow for the camera
+    uint64_t missed = 0;   // the camera was too slow for its trigger
 };
 
 /// Moves frames into the host's buffers, in the one thread that the board has. Start and stop may come from
 /// different threads.
 class DmaEngine {
 public:
-    DmaEngine(FrameProducer& producer, Clock& clock) : mProducer(producer), mClock(clock) {}
+    DmaEngine(FrameProducer& producer, Schedule& schedule) : mProducer(producer), mSchedule(schedule) {}
     ~DmaEngine() { stop(); }
     DmaEngine(const DmaEngine&) = delete;
     DmaEngine& operator=(const DmaEngine&) = delete;
@@ -64,8 +61,11 @@ public:
     /// Whether the running transfer uses \p buffers.
     [[nodiscard]] bool uses(const BufferSet& buffers) const;
 
-    /// Something changed that decides whether frames pass.
+    /// Something changed that decides whether frames pass, or when.
     void wake();
+
+    /// Whether a transfer leads the time of fast mode on. It does not while no frame can be foreseen.
+    [[nodiscard]] bool leads() const;
 
     /// The path was reset: the next frame is number 1 again.
     void restartFrames() { mRestartFrames = true; }
@@ -75,14 +75,18 @@ public:
 private:
     void run(BufferSet& buffers, const TransferPlan& plan);
     [[nodiscard]] bool transferRuns() const { return mBuffers != nullptr && mBuffers->isRunning(); }
-    [[nodiscard]] bool countsOn() const { return mFrame > 0 && mProducer.countsOn(); }
-    [[nodiscard]] bool waitForFrame();
-    [[nodiscard]] bool waitUntilDue();
-    [[nodiscard]] bool deliver(BufferSet& buffers, bool waits, int32_t& picture);
+    [[nodiscard]] std::optional<CompletedFrame> waitForFrame();
+    [[nodiscard]] std::optional<CompletedFrame> lookForFrame(MaybeTime& due);
+    void waitForChange(uint32_t seen);
+    [[nodiscard]] bool waitUntil(BoardTime time, uint32_t seen);
+    [[nodiscard]] bool isTooLate(const CompletedFrame& frame) const;
+    void number(const CompletedFrame& frame, bool passes);
+    [[nodiscard]] bool handle(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture);
+    [[nodiscard]] bool deliver(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture);
     void count(uint64_t TransferStatistics::*counter, uint64_t frames);
 
     FrameProducer& mProducer;
-    Clock& mClock;
+    Schedule& mSchedule;
 
     mutable std::mutex mControlMutex;     // one start or stop at a time
     std::thread mThread;                  // guarded by mControlMutex
@@ -91,10 +95,15 @@ private:
     mutable std::mutex mMutex;
     std::condition_variable mWake;
     TransferStatistics mStatistics;  // guarded by mMutex
+    bool mIsIdle = false;            // guarded by mMutex; the thread waits until something changes
 
     std::atomic<bool> mStops{false};
     std::atomic<bool> mRestartFrames{false};
-    uint64_t mFrame = 0;  // of the DMA thread
+    std::atomic<uint32_t> mChanges{0};  // written under mMutex
+
+    // Of the DMA thread.
+    uint64_t mFrame = 0;    // number of the present frame, 0 before the first one that passes
+    uint64_t mOrdinal = 0;  // of the frame before
 };
 
 }  // namespace simulation

@@ -30,11 +30,20 @@ Generator::Generator() : mPattern(makePattern()) {}
 GeneratorSettings Generator::settings(const Values& values) {
     // No design has generator registers of more than 16 bits; a wider one counts as its low 16 bits.
     const auto field = [&](size_t i) { return static_cast<uint32_t>(values[i] & 0xFFFF); };
-    const auto [enable, start, active, width, height, mask, roll] =
-        std::array{field(0), field(1), field(2), field(3), field(4), field(5), field(6)};
-    const bool runs = start == 1 && active > 0 && width > 0;
-    const PictureSize size{width * kPixelsPerUnit, height + 1};
-    return {enable == 1, runs, size, mask, roll};
+    const auto [enable, start, active, width, height, mask, roll, passive, lineWidth] =
+        std::array{field(0), field(1), field(2), field(3), field(4), field(5), field(6), field(7), field(8)};
+    GeneratorSettings settings;
+    settings.isSource = enable == 1;
+    settings.runs = start == 1 && active > 0 && width > 0;
+    settings.size = {width * kPixelsPerUnit, height + 1};
+    settings.taps = mask;
+    settings.roll = roll;
+    if (settings.runs) {
+        // A line takes its gap as well, and a pixel comes in active of every active + passive clocks.
+        const int64_t pixels = int64_t{std::max(width, lineWidth)} * kPixelsPerUnit * settings.size.height;
+        settings.period = kClock * (pixels * (active + passive) / active);
+    }
+    return settings;
 }
 
 void Generator::show(const GeneratorSettings& settings, uint64_t number) {

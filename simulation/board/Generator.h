@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -14,8 +15,9 @@ struct GeneratorSettings {
     bool isSource = false;  // frames come from here, not from the camera
     bool runs = false;      // it sends frames
     PictureSize size;
-    uint32_t taps = 0;  // bit i: tap i + 1 is on
-    uint32_t roll = 0;  // pixels that the pattern moves from frame to frame
+    uint32_t taps = 0;                   // bit i: tap i + 1 is on
+    uint32_t roll = 0;                   // pixels that the pattern moves from frame to frame
+    std::chrono::nanoseconds period{0};  // of its frames, while it runs
 
     bool operator==(const GeneratorSettings&) const = default;
 };
@@ -27,17 +29,20 @@ public:
     Generator();
 
     static constexpr std::array kRegisters{
-        StageRegister{"AAGenEnable", 0  },
-        StageRegister{"AAGenStart",  1  },
-        StageRegister{"AAGenActive", 1  },
-        StageRegister{"AAGenWidth",  0  },
-        StageRegister{"AAGenHeight", 0  },
-        StageRegister{"AAGenMask",   0xF},
-        StageRegister{"AAGenRoll",   0  },
+        StageRegister{"AAGenEnable",    0  },
+        StageRegister{"AAGenStart",     1  },
+        StageRegister{"AAGenActive",    1  },
+        StageRegister{"AAGenWidth",     0  },
+        StageRegister{"AAGenHeight",    0  },
+        StageRegister{"AAGenMask",      0xF},
+        StageRegister{"AAGenRoll",      0  },
+        StageRegister{"AAGenPassive",   0  },
+        StageRegister{"AAGenLineWidth", 0  },
     };
     using Values = std::array<uint64_t, kRegisters.size()>;
 
-    static constexpr uint32_t kPixelsPerUnit = 8;  // of the width register
+    static constexpr uint32_t kPixelsPerUnit = 8;         // of the two width registers
+    static constexpr std::chrono::nanoseconds kClock{8};  // a cycle of the 125 MHz clock
     static constexpr uint32_t kTaps = 4;
     static constexpr uint32_t kPatternPeriod = 256;  // pixels and lines after which the pattern repeats itself
     static constexpr uint32_t kGridPitch = 64;

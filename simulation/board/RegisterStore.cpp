@@ -54,6 +54,11 @@ std::string RegisterStore::nameOf(int handle) const {
     return has(handle) ? mRegisters[indexOf(handle)].name : std::string();
 }
 
+unsigned RegisterStore::widthOf(int handle) const {
+    const std::lock_guard lock(mMutex);
+    return has(handle) ? mRegisters[indexOf(handle)].width : 0;
+}
+
 uint64_t RegisterStore::valueOf(int handle) const {
     const std::lock_guard lock(mMutex);
     return has(handle) ? mValues[indexOf(handle)] : 0;

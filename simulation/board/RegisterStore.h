@@ -34,6 +34,9 @@ public:
     /// The name behind a handle; empty for an unknown one.
     [[nodiscard]] std::string nameOf(int handle) const;
 
+    /// Bits of a register; 0 where the design has none of this handle.
+    [[nodiscard]] unsigned widthOf(int handle) const;
+
     /// What the hardware sees: the value, or 0 where the design has no such register.
     [[nodiscard]] uint64_t valueOf(int handle) const;
 

@@ -17,10 +17,21 @@ static_assert(TAVO_SIM_BUSY == kBusy && TAVO_SIM_NOT_SUPPORTED == kNotSupported)
 static_assert(TAVO_SIM_NO_PICTURE == kNoPicture && TAVO_SIM_OUT_OF_MEMORY == kOutOfMemory);
 static_assert(TAVO_SIM_INTERNAL == kInternal);
 static_assert(TAVO_SIM_CC_CONSTANT == CcLine::kSignals);
+static_assert(TAVO_SIM_TRIGGER_AUTO == static_cast<int>(CameraTrigger::automatic));
+static_assert(TAVO_SIM_TRIGGER_FREE == static_cast<int>(CameraTrigger::free));
+static_assert(TAVO_SIM_TRIGGER_CC1 == static_cast<int>(CameraTrigger::cc1));
+static_assert(TAVO_SIM_TRIGGER_CC4 == static_cast<int>(CameraTrigger::cc4));
 
 namespace {
 
 int badArgument(const char* text) { return report({kBadArgument, text}); }
+
+/// A time before 0 lies behind a new start of the count.
+uint64_t asNumber(BoardTime time) { return static_cast<uint64_t>(std::max(time, BoardTime(0)).count()); }
+
+tavo_sim_signal signalOf(const SignalProbe& probe) {
+    return {probe.level ? 1 : 0, probe.rising, probe.falling, asNumber(probe.lastRising), asNumber(probe.lastFalling)};
+}
 
 }  // namespace
 
@@ -63,6 +74,20 @@ int tavo_sim_camera_rate(FgDevice* device, double framesPerSecond) {
     return onBoard<int>(device, [&](BenchBoard& bench) { return report(bench.board.setRate(framesPerSecond)); });
 }
 
+int tavo_sim_camera_trigger(FgDevice* device, int trigger) {
+    return onBoard<int>(device, [&](BenchBoard& bench) {
+        if (trigger < TAVO_SIM_TRIGGER_AUTO || trigger > TAVO_SIM_TRIGGER_CC4) {
+            return badArgument("there is no such trigger of the camera");
+        }
+        bench.board.setCameraTrigger(static_cast<CameraTrigger>(trigger));
+        return kOk;
+    });
+}
+
+int tavo_sim_readout_time(FgDevice* device, double microseconds) {
+    return onBoard<int>(device, [&](BenchBoard& bench) { return report(bench.board.setReadoutTime(microseconds)); });
+}
+
 int tavo_sim_camera_link(FgDevice* device, int connected) {
     return onBoard<int>(device, [&](BenchBoard& bench) {
         bench.board.setLink(connected != 0);
@@ -74,6 +99,32 @@ int tavo_sim_set_inputs(FgDevice* device, int levels) {
     return onBoard<int>(device, [&](BenchBoard& bench) {
         if (levels < 0) return badArgument("the levels of the inputs are negative");
         return report(bench.board.setInputs(static_cast<uint32_t>(levels)));
+    });
+}
+
+int tavo_sim_pulse(FgDevice* device, int input) {
+    return onBoard<int>(device, [&](BenchBoard& bench) {
+        if (input < 0) return badArgument("the input is negative");
+        return report(bench.board.pulse(static_cast<unsigned>(input)));
+    });
+}
+
+int tavo_sim_input_rate(FgDevice* device, int input, double pulsesPerSecond) {
+    return onBoard<int>(device, [&](BenchBoard& bench) {
+        if (input < 0) return badArgument("the input is negative");
+        return report(bench.board.setInputRate(static_cast<unsigned>(input), pulsesPerSecond));
+    });
+}
+
+int tavo_sim_trigger(FgDevice* device, tavo_sim_trigger_state* state) {
+    return onBoard<int>(device, [&](BenchBoard& bench) {
+        if (state == nullptr) return badArgument("the state is null");
+        TriggerReport now;
+        const int code = bench.board.triggerReport(now);
+        if (code != kOk) return report({code, "the board has not been configured"});
+        *state = {asNumber(now.now), asNumber(now.lastTrigger), now.pulses,           now.ignored,
+                  now.queued,        now.isBusy ? 1 : 0,        signalOf(now.exSync), signalOf(now.flash)};
+        return kOk;
     });
 }
 
@@ -154,7 +205,7 @@ int tavo_sim_get_statistics(FgDevice* device, tavo_sim_statistics* statistics) {
     return onBoard<int>(device, [&](BenchBoard& bench) {
         if (statistics == nullptr) return badArgument("the statistics are null");
         const TransferStatistics counts = bench.board.statistics();
-        *statistics = {counts.delivered, counts.lost, counts.skipped};
+        *statistics = {counts.delivered, counts.lost, counts.skipped, counts.missed};
         return kOk;
     });
 }

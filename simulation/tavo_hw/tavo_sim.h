@@ -44,6 +44,16 @@ enum tavo_sim_clock FABRIX_ENUM_OF_INT {
     TAVO_SIM_FAST = 1       ///< as fast as the machine can, with time stamps of the schedule
 };
 
+/// What starts the camera's exposures.
+enum tavo_sim_camera_trigger_source FABRIX_ENUM_OF_INT {
+    TAVO_SIM_TRIGGER_AUTO = 0,  ///< CC1 while ExSync is switched on, else nothing: it runs free
+    TAVO_SIM_TRIGGER_FREE = 1,  ///< nothing, it always runs free
+    TAVO_SIM_TRIGGER_CC1 = 2,   ///< this camera control line
+    TAVO_SIM_TRIGGER_CC2 = 3,
+    TAVO_SIM_TRIGGER_CC3 = 4,
+    TAVO_SIM_TRIGGER_CC4 = 5
+};
+
 /// What drives a camera control line.
 enum tavo_sim_cc_source FABRIX_ENUM_OF_INT {
     TAVO_SIM_CC_EXSYNC = 0,
@@ -65,6 +75,28 @@ struct tavo_sim_statistics {
     uint64_t delivered;  ///< pictures in the host's buffers
     uint64_t lost;       ///< frames without a free buffer
     uint64_t skipped;    ///< frames for which the machine was too slow
+    uint64_t missed;     ///< triggers for which the camera was too slow
+};
+
+/// What an output of the trigger block has done since the board was configured. Times are nanoseconds of the board.
+struct tavo_sim_signal {
+    int level;  ///< 0 or 1
+    uint64_t rising;
+    uint64_t falling;        ///< numbers of edges
+    uint64_t lastRisingNs;   ///< 0 where there was none
+    uint64_t lastFallingNs;  ///< 0 where there was none
+};
+
+/// The state of the trigger block.
+struct tavo_sim_trigger_state {
+    uint64_t nowNs;          ///< the board's time, nanoseconds since it was configured
+    uint64_t lastTriggerNs;  ///< when the trigger of the last ExSync pulse came, 0 where there was none
+    uint64_t pulses;         ///< ExSync pulses that have begun since the board was configured
+    uint64_t ignored;        ///< triggers that came while the block was busy or its pulse limit was reached
+    uint64_t queued;         ///< software triggers in the queue
+    int busy;                ///< 1 = a triggered pulse runs, or its delay, or the pause after it
+    struct tavo_sim_signal exSync;
+    struct tavo_sim_signal flash;
 };
 
 /// What TavoGetBufferStatus fills in.
@@ -97,12 +129,28 @@ FABRIX_EXPORT int tavo_sim_set_geometry(FgDevice* device, int geometry);
 /// The camera runs free at \p framesPerSecond, 0.01 to 100000; at first it is 100.
 FABRIX_EXPORT int tavo_sim_camera_rate(FgDevice* device, double framesPerSecond);
 
+/// \param trigger a value of tavo_sim_camera_trigger_source; at first it is TAVO_SIM_TRIGGER_AUTO.
+FABRIX_EXPORT int tavo_sim_camera_trigger(FgDevice* device, int trigger);
+
+/// The sensor is read out in \p microseconds, up to 1000000; 0, as at first, takes 25 ns for 17 pixels.
+FABRIX_EXPORT int tavo_sim_readout_time(FgDevice* device, double microseconds);
+
 /// Plugs the camera in (1, as at first) or out (0).
 FABRIX_EXPORT int tavo_sim_camera_link(FgDevice* device, int connected);
 
 /// Sets the digital inputs: bit i of \p levels, 0 to 255, is input i; at first all are 0. They stay so when the board
 /// is configured.
 FABRIX_EXPORT int tavo_sim_set_inputs(FgDevice* device, int levels);
+
+/// A pulse of one microsecond on digital input \p input, 0 to 7: its level turns over and back.
+FABRIX_EXPORT int tavo_sim_pulse(FgDevice* device, int input);
+
+/// Such pulses come by themselves, 0.01 to 100000 a second, the first one a period from now; 0 ends them. They stay
+/// when the board is configured.
+FABRIX_EXPORT int tavo_sim_input_rate(FgDevice* device, int input, double pulsesPerSecond);
+
+/// What the trigger block does.
+FABRIX_EXPORT int tavo_sim_trigger(FgDevice* device, struct tavo_sim_trigger_state* state);
 
 /// \return the levels of the digital outputs, bit i is output i, or a negative code.
 FABRIX_EXPORT int tavo_sim_outputs(FgDevice* device);

@@ -47,14 +47,4 @@ TEST_F(ImageSelectionTest, NothingArrivesFromBeyondThePeriod) {
     EXPECT_EQ(buffers.ofPicture(1)->frame, 3u);
 }
 
-TEST(ClockTest, AFastScheduleStartsAgainBeforeItsEnd) {
-    Clock clock;
-    clock.setMode(ClockMode::fast);
-    const auto period = Clock::kLastStamp / 2 + std::chrono::nanoseconds(1);
-    for (int frame = 0; frame < 5; ++frame) {
-        EXPECT_EQ(clock.advance(period), 0u);
-        EXPECT_EQ(clock.stamp(), period);
-    }
-}
-
 }  // namespace
