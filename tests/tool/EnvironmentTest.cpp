@@ -2,7 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tool/ToolRun.h"
 
@@ -10,6 +15,7 @@ namespace tooltest {
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -105,6 +111,64 @@ TEST_F(EnvironmentTest, FilesThatAreNoAppletAreRefused) {
     EXPECT_THAT(other.errors, AllOf(HasSubstr("is no applet library"), HasSubstr("Std_entry")));
 }
 
+struct DoctorCase {
+    const char* damage;  ///< shell command in the tree
+    Environment environment;
+    std::vector<std::string> texts;
+};
+
+TEST_F(EnvironmentTest, DoctorNamesWhatFailsAndWhatToDo) {
+    const ToolResult healthy = run({"doctor"});
+    EXPECT_EQ(healthy.exitCode, 0) << healthy.output << healthy.errors;
+    EXPECT_THAT(healthy.output, AllOf(HasSubstr("software board"), testing::Not(HasSubstr("FAILED"))));
+    const std::vector<DoctorCase> cases{
+        {"true",                                             {{"TAVO_SIM_LINK", "0"}},                  {"FAILED  camera link", "cables"}                                   },
+        {"rm lib/libtavo_hw.so",                             {},                                        {"FAILED  libtavo_hw.so", "install libtavo_hw.so in the folder lib"}},
+        {"cp lib/libhaprt.so lib/libtavo_hw.so",             {},                                        {"TavoConfigureFpga", "belongs to this applet"}                     },
+        {"cp '" QUILLON_LISTENING_HAPRT "' lib/libhaprt.so",
+         {{"LISTENING_HAPRT", QUILLON_STAGE "/lib/libhaprt.so"}, {"LISTENING_UNKNOWN", "AAAreaWidth"}},
+         {"FAILED  registers", "AAAreaWidth (RSWindow)"}                                                                                                                    },
+        {"rm 'Hardware Applets/fabrixIV/libQuillon.so'",     {},                                        {"FAILED  applet library", "--applet PATH"}                         },
+    };
+    for (const DoctorCase& row : cases) {
+        SCOPED_TRACE(row.damage);
+        std::filesystem::remove_all(mFolder / "tree");
+        ASSERT_EQ(runShell("cp -a '" QUILLON_STAGE "' '" + tree("").string() + "' && cd '" + tree("").string() +
+                           "' && " + row.damage)
+                      .exitCode,
+                  0);
+        const ToolResult result = run({"doctor"}, row.environment);
+        EXPECT_EQ(result.exitCode, 3);
+        for (const std::string& text : row.texts) EXPECT_THAT(result.output, HasSubstr(text));
+    }
+}
+
+/// \return every quoted text that begins a row
+std::set<std::string> namesIn(const std::filesystem::path& file, const std::string& without) {
+    std::ifstream stream(file);
+    std::set<std::string> names;
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with("{\"") && line.find(without) == std::string::npos)
+            names.insert(line.substr(2, line.find('"', 2) - 2));
+    }
+    return names;
+}
+
+TEST_F(EnvironmentTest, UsedRegistersAreThoseThatTheAppletLooksUp) {
+    std::filesystem::copy_file(QUILLON_LISTENING_HAPRT, tree("lib/libhaprt.so"),
+                               std::filesystem::copy_options::overwrite_existing);
+    const std::filesystem::path log = mFolder / "names";
+    const Environment listening{
+        {"LISTENING_HAPRT", QUILLON_STAGE "/lib/libhaprt.so"},
+        {"LISTENING_LOG",   log.string()                    }
+    };
+    // The measurement looks its registers up when it is made.
+    ASSERT_EQ(run({"get", "FG_MEASURED_PCIE_CLK"}, listening).exitCode, 0);
+    const std::set<std::string> lookedUp = namesIn(log, "?");
+    EXPECT_GT(lookedUp.size(), 50U);
+    EXPECT_EQ(namesIn(QUILLON_USED_REGISTERS, "SecondCamera"), lookedUp);
+}
+
 TEST(CommandLineTest, WrongUsageEndsWithTwoAndAWord) {
     for (const Arguments& arguments : {
              Arguments{},
@@ -114,7 +178,11 @@ TEST(CommandLineTest, WrongUsageEndsWithTwoAndAWord) {
              {"acquire", "--buffers", "0"},
              {"acquire", "-n", "3", "--buffers", "1"},
              {"acquire", "--timeout", "soon"},
-             {"list", "--colour"}
+             {"list", "--colour"},
+             {"xml", "--json"},
+             {"help", "fly"},
+             {"get", "width", "--board", "-1"},
+             {"get", "width", "--port", "2"}
     }) {
         const ToolResult result = runTool(arguments);
         EXPECT_EQ(result.exitCode, 2);
@@ -125,12 +193,73 @@ TEST(CommandLineTest, WrongUsageEndsWithTwoAndAWord) {
 
 TEST(CommandLineTest, HelpHasAnExampleForEveryCommand) {
     EXPECT_THAT(runTool({"--version"}).output, StartsWith("quillon "));
-    for (const std::string command :
-         {"info", "list", "get", "registers", "acquire", "save", "set", "diff", "xml", "tree", "lut"}) {
+    for (const std::string command : {"info", "list", "get", "registers", "acquire", "save", "set", "diff", "xml",
+                                      "tree", "lut", "describe", "devices", "doctor", "help"}) {
         const ToolResult result = runTool({command, "--help"});
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_THAT(result.output, HasSubstr("Example:\n  quillon " + command));
     }
+}
+
+TEST(CommandLineTest, ManualPageHasEveryOptionOfTheHelp) {
+    const std::string page = runShell("sed 's/\\\\//g' \"${1%/bin/*}/share/man/man1/quillon.1\"").output;
+    for (const std::string command : {"list", "acquire", "set", "lut"}) {
+        const std::string help = runTool({"help", command}).output;
+        const std::regex option("\n  (?:-[a-z],)?(--[a-z-]+)");
+        ASSERT_TRUE(std::regex_search(help, option)) << help;
+        for (std::sregex_iterator found(help.begin(), help.end(), option), end; found != end; ++found) {
+            EXPECT_THAT(page, HasSubstr((*found)[1].str())) << command;
+        }
+        EXPECT_THAT(page, HasSubstr("\n.SS " + command + "\n"));
+    }
+    EXPECT_THAT(page, HasSubstr("Exit codes: 0 done"));
+}
+
+TEST(CommandLineTest, ShellsCompleteCommandsOptionsAndLiveNames) {
+    const std::vector<std::pair<Arguments, std::string>> cases{
+        {{"des"},                                        "describe\n"                               },
+        {{"lut", "s"},                                   "show\nsave\n"                             },
+        {{"list", "--js"},                               "--json\n"                                 },
+        {{"xml", "--js"},                                ""                                         },
+        {{"get", "wid"},                                 "FG_WIDTH\n"                               },
+        {{"get", "FG_WIDTH", "FG_FRAM"},                 "FG_FRAMESPERSEC\n"                        },
+        {{"get", "--set", "FG_WIDTH=64", "FG_TRIGGERM"}, "FG_TRIGGERMODE=\n"                        },
+        {{"set", "--config", "a.mcf", "FG_GEN_START="},  "FG_GEN_START=FG_ON\nFG_GEN_START=FG_OFF\n"},
+        {{"acquire", "--output", "FG_WID"},              ""                                         },
+        {{"--applet", "/nowhere", "get", "wid"},         ""                                         },
+        {{"help", "dev"},                                "devices\n"                                },
+        {{},                                             ""                                         },
+    };
+    for (const auto& [words, output] : cases) {
+        Arguments arguments{"__complete"};
+        arguments.insert(arguments.end(), words.begin(), words.end());
+        SCOPED_TRACE(words.empty() ? "no word" : words.back());
+        const ToolResult result = runTool(arguments);
+        EXPECT_EQ(result.output, output);
+        EXPECT_EQ(result.errors, "");
+        EXPECT_EQ(result.exitCode, 0);
+    }
+    const ToolResult shell = runShell(
+        R"(PATH=${1%/quillon}:$PATH bash -c 'source "$0"; COMP_LINE="quillon get --set FG_TRIGGERMODE=gr";
+            COMP_POINT=${#COMP_LINE}; _quillon; echo "${COMPREPLY[@]}"' "${1%/bin/*}/share/bash-completion/completions/quillon")");
+    EXPECT_EQ(shell.output, "GRABBER_CONTROLLED\n") << shell.errors;
+}
+
+TEST(CommandLineTest, TablesFitTheTerminal) {
+    const auto listed = [](const char* environment) {
+        return runShell("env TERM=xterm " + std::string(environment) + " script -qec \"'$1' list sensor\" /dev/null")
+            .output;
+    };
+    EXPECT_THAT(listed("COLUMNS=80 NO_COLOR=1"),
+                ContainsRegex("\nSensor Readout Correction\r\n  FG_SENSORREADOUT .*\r\n +SMODE_"));
+    EXPECT_THAT(listed("COLUMNS=80"), HasSubstr("\033[1mSensor Readout Correction\033[0m"));
+    EXPECT_THAT(runTool(
+                    {
+                        "list", "sensor"
+    },
+                    {{"COLUMNS", "80"}})
+                    .output,
+                testing::Not(HasSubstr("\033")));
 }
 
 TEST(CommandLineTest, OutputThatCannotBeWrittenIsAFailure) {

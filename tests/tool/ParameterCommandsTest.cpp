@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -42,6 +45,11 @@ TEST(ParameterCommandsTest, RefusalsNameValueLimitAndRemedy) {
         {{"FG_WIDHT=512"},                        2, {"there is no parameter 'FG_WIDHT'; did you mean FG_WIDTH"}                                      },
         {{"FG_QQQQQQQQ=1"},                       2, {"there is no parameter 'FG_QQQQQQQQ'; 'quillon list'"}                                          },
         {{"FG_WIDTH"},                            2, {"'FG_WIDTH' is no setting; write NAME=VALUE"}                                                   },
+        {{"FG_EXPOSURE=2MHz"},                    2, {"FG_EXPOSURE = 2MHz refused: 'MHz' is no unit", "[us]", "s, ms, us, ns"}                        },
+        {{"FG_TIMEOUT=1500ms"},                   2, {"FG_TIMEOUT = 1500ms refused: it is 1.5 [s], and only whole numbers"}                           },
+        {{"FG_WIDTH=9999999999px"},               2, {"FG_WIDTH = 9999999999px refused: not a whole number"}                                          },
+        {{"FG_GEN_ROLL=3ms"},                     2, {"FG_GEN_ROLL = 3ms refused: it has no unit; write 3 alone"}                                     },
+        {{"FG_EXPOSURE=5ms"},                     1, {"FG_EXPOSURE = 5000 refused", "'quillon describe FG_EXPOSURE' finds what locks it"}             },
     };
     for (const RefusalCase& row : cases) {
         Arguments arguments{"acquire", "--set"};
@@ -63,6 +71,25 @@ TEST(ParameterCommandsTest, EnumerationEntriesAreTakenByEveryName) {
         },
             {{"TAVO_SIM_MODE", "fast"}});
         EXPECT_EQ(result.exitCode, 0) << result.errors;
+    }
+}
+
+TEST(ParameterCommandsTest, UnitsBecomeTheParametersOwn) {
+    const std::vector<std::array<std::string, 2>> cases{
+        {"FG_EXPOSURE=2ms",        "FG_EXPOSURE = 2000 [us]\n"   },
+        {"exposure=0.0003 S",      "FG_EXPOSURE = 300 [us]\n"    },
+        {"FG_EXPOSURE=250\u00B5s", "FG_EXPOSURE = 250 [us]\n"    },
+        {"FG_FRAMESPERSEC=0.1kHz", "FG_FRAMESPERSEC = 100 [Hz]\n"},
+        {"FG_TIMEOUT=2min",        "FG_TIMEOUT = 120 [s]\n"      },
+        {"FG_GEN_FREQ=65000kHz",   "FG_GEN_FREQ = 65 [Mhz]\n"    },
+        {"FG_WIDTH=512px",         "FG_WIDTH = 512 [pixels]\n"   },
+        {"FG_WIDTH=0x200",         "FG_WIDTH = 512 [pixels]\n"   },
+    };
+    for (const auto& [setting, output] : cases) {
+        SCOPED_TRACE(setting);
+        const ToolResult result =
+            runTool({"get", setting.substr(0, setting.find('=')), "--set", "triggermode=grabber_controlled", setting});
+        EXPECT_EQ(result.output, output) << result.errors;
     }
 }
 
@@ -109,9 +136,72 @@ TEST(ParameterCommandsTest, ListPatternsChooseByNameInAnyCase) {
     const ToolResult whole = runTool({"list", "?offset"});
     EXPECT_THAT(whole.output, AllOf(HasSubstr("FG_XOFFSET"), HasSubstr("FG_YOFFSET")));
     EXPECT_THAT(runTool({"list", "plx*"}).output, Not(HasSubstr("measured when named")));
+    const ToolResult described = runTool({"list", "microseconds", "exsync"});
+    EXPECT_THAT(described.output, AllOf(HasSubstr("FG_EXPOSURE"), Not(HasSubstr("FG_WIDTH"))));
     const ToolResult none = runTool({"list", "no such thing"});
     EXPECT_EQ(none.exitCode, 2);
     EXPECT_THAT(none.errors, HasSubstr("'no such thing'"));
+}
+
+TEST(ParameterCommandsTest, ListedObjectsHaveTheKeysThatApply) {
+    const auto objects = nlohmann::json::parse(runTool({"list", "--json"}).output);
+    const auto named = [&](const char* name) {
+        return *std::find_if(objects.begin(), objects.end(),
+                             [&](const auto& object) { return object["name"] == name; });
+    };
+    EXPECT_EQ(named("FG_WIDTH"), nlohmann::json::parse(R"({"id": 100, "name": "FG_WIDTH", "displayName": "Width",
+        "type": "integer", "value": 1024, "unit": "pixels", "min": 32, "max": 65536, "step": 16,
+        "access": ["read", "write"], "group": "ROI", "description": "Image width of the acquisition window."})"));
+    EXPECT_EQ(named("FG_GEN_START")["entries"], nlohmann::json::parse(R"([
+        {"value": 1, "name": "FG_ON", "displayName": "On"}, {"value": 0, "name": "FG_OFF", "displayName": "Off"}])"));
+    const auto action = named("FG_KNEE_LUT_SAVE_LOAD_FILE");
+    for (const char* absent : {"value", "unit", "min", "max", "step"}) EXPECT_FALSE(action.contains(absent)) << absent;
+    EXPECT_FALSE(named("FG_PLX_CLK").contains("value"));
+    EXPECT_EQ(named("FG_REVNR")["value"], 3.008);
+}
+
+TEST(ParameterCommandsTest, EveryJsonDocumentIsOne) {
+    for (const Arguments& arguments : std::vector<Arguments>{
+             {"get", "FG_WIDTH", "FG_GLOBAL_ACCESS"},
+             {"info"},
+             {"describe", "FG_WIDTH"},
+             {"devices"},
+             {"doctor"},
+             {"registers", "area"},
+             {"tree"},
+             {"lut", "show"}
+    }) {
+        Arguments all = arguments;
+        all.emplace_back("--json");
+        SCOPED_TRACE(all.front());
+        const ToolResult result = runTool(all);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_FALSE(nlohmann::json::parse(result.output, nullptr, false).is_discarded());
+    }
+}
+
+TEST(ParameterCommandsTest, DescriptionsTellWhatTryingShows) {
+    const ToolResult locked = runTool({"describe", "exposure"});
+    EXPECT_EQ(locked.exitCode, 0) << locked.errors;
+    EXPECT_THAT(locked.output, ContainsRegex("\nlocked +yes; FG_TRIGGERMODE=GRABBER_CONTROLLED .*makes it writable\n"));
+    EXPECT_THAT(locked.output, ContainsRegex("\npage +feature_blocks/PSTrigger/PSAreaTrigger.html\n"));
+    const Arguments controlled{"describe", "exposure", "--json", "--set", "triggermode=1", "exposure=3ms"};
+    const auto open = nlohmann::json::parse(runTool(controlled).output);
+    EXPECT_FALSE(open.contains("locked"));
+    EXPECT_EQ(open["value"], 3000);
+    EXPECT_THAT(open["dependsOn"].dump(), AllOf(HasSubstr(R"({"effects":"limits","name":"FG_FRAMESPERSEC"})"),
+                                                HasSubstr(R"({"effects":"limits","name":"FG_PRESCALER"})")));
+    EXPECT_THAT(runTool({"describe", "WIDHT"}).errors, HasSubstr("did you mean FG_WIDTH?"));
+}
+
+TEST(ParameterCommandsTest, TraceShowsCallsWithArgumentsAndResults) {
+    const ToolResult result = runTool({"get", "FG_WIDTH", "--trace", "--board", "2", "--set", "FG_WIDTH=512"});
+    EXPECT_EQ(result.output, "FG_WIDTH = 512 [pixels]\n");
+    EXPECT_THAT(result.errors, ContainsRegex("trace: Std_entry\\(0x[0-9a-f]+, 0x[0-9a-f]+ -> 0, 0\\) = 0x"));
+    EXPECT_THAT(result.errors,
+                ContainsRegex("trace: Fg_setParameterWithType\\(0x[0-9a-f]+, 100, 0x[0-9a-f]+ -> 512, 0, 1\\) = 0\n"));
+    EXPECT_THAT(runTool({"get", "FG_PARAM_DESCR=FG_WIDTH", "--trace"}).errors,
+                HasSubstr(R"( -> "Image width of the acquisition window.", 0, 6) = 0)"));
 }
 
 TEST(ParameterCommandsTest, InfoShowsAppletDesignAndLibraries) {

@@ -4,7 +4,10 @@
 
 #include <bit>
 #include <system_error>
+#include <type_traits>
 
+#include "host/AppletFunctionTable.h"
+#include "host/CallTrace.h"
 #include "host/HostError.h"
 
 namespace quillon::host {
@@ -26,57 +29,17 @@ void* openLibrary(const std::filesystem::path& path) {
     return handle;
 }
 
-/// Looks functions up in an open library and remembers the first one that is missing.
-class Resolver {
-public:
-    explicit Resolver(void* handle) : mHandle(handle) {}
-
-    template <class Function>
-    void operator()(Function& function, const char* name) {
-        void* address = dlsym(mHandle, name);
-        if (address == nullptr && mMissing == nullptr) mMissing = name;
-        function = std::bit_cast<Function>(address);
-    }
-
-    [[nodiscard]] const char* missing() const { return mMissing; }
-
-private:
-    void* mHandle;
-    const char* mMissing = nullptr;
-};
-
-/// \return the name of the first function that the library lacks, or null
-const char* resolveAll(void* handle, AppletFunctions& f) {
-    Resolver resolve(handle);
-    resolve(f.stdEntry, "Std_entry");
-    resolve(f.info, "Info");
-    resolve(f.freeGrabber, "Fg_FreeGrabber");
-    resolve(f.getAppletId, "Fg_getAppletId");
-    resolve(f.setParameter, "Fg_setParameterWithType");
-    resolve(f.getParameter, "Fg_getParameterWithType");
-    resolve(f.getNrOfParameter, "Fg_getNrOfParameter");
-    resolve(f.getParameterId, "Fg_getParameterId");
-    resolve(f.getParameterName, "Fg_getParameterName");
-    resolve(f.getParameterInfo, "Fg_getParameterInfo");
-    resolve(f.getParameterInfoXml, "Fg_getParameterInfoXML");
-    resolve(f.saveConfig, "Fg_saveConfig");
-    resolve(f.loadConfig, "Fg_loadConfig");
-    resolve(f.getLastErrorNumber, "Fg_getLastErrorNumber");
-    resolve(f.acquire, "Fg_AcquireEx");
-    resolve(f.stopAcquire, "Fg_stopAcquireEx");
-    resolve(f.getLastPicNumberBlocking, "Fg_getLastPicNumberBlockingEx");
-    resolve(f.openHardwareLibrary, "SHW_OpenLib");
-    resolve(f.openRuntimeLibrary, "HAPRT_OpenLib");
-    resolve(f.getUserInfoByName, "HapGetUserInfoByName");
-    resolve(f.getVirtualUserBuffer, "TavoGetVirtualUserBuffer");
-    resolve(f.freeVirtualUserBuffer, "TavoFreeVirtualUserBuffer");
-    resolve(f.addUserBuffer, "TavoAddUserBuffer");
-    resolve(f.delUserBuffer, "TavoDelUserBuffer");
-    resolve(f.dmaTestBuffer, "TavoDmaTestBuffer");
-    resolve(f.getDmaTag, "TavoGetDmaTag");
-    resolve(f.getDmaTimeStampLong, "TavoGetDmaTimeStampLong");
-    resolve(f.getDmaLength, "TavoGetDmaLength");
-    return resolve.missing();
+/// Finds the functions of an open library.
+/// \return the name of the first one that the library lacks, or null
+const char* resolveAll(void* handle, AppletFunctions& functions) {
+    const char* missing = nullptr;
+    const auto resolve = [&](const auto& row) {
+        auto& function = functions.*row.kMember;
+        function = std::bit_cast<std::remove_reference_t<decltype(function)>>(dlsym(handle, row.name));
+        if (function == nullptr && missing == nullptr) missing = row.name;
+    };
+    std::apply([&](const auto&... rows) { (resolve(rows), ...); }, kAppletFunctions);
+    return missing;
 }
 
 }  // namespace
@@ -91,6 +54,8 @@ AppletLibrary::AppletLibrary(const std::filesystem::path& path) : mPath(path), m
 
 AppletLibrary::~AppletLibrary() { dlclose(mHandle); }
 
+void AppletLibrary::traceCalls(std::FILE* stream) { traceFunctions(mFunctions, stream); }
+
 int AppletLibrary::infoNumber(AppletInfos question, int argument) const {
     return mFunctions.info(question, argument, 0, nullptr, nullptr);
 }
@@ -104,6 +69,11 @@ std::string AppletLibrary::infoText(AppletInfos question) const {
 int AppletLibrary::iconSize() const {
     int size = 0;
     return mFunctions.info(GET_PNG_ICON, 0, 0, &size, nullptr) < 0 ? 0 : size;
+}
+
+bool AppletLibrary::hasDesignRegister(const char* name) const {
+    fpga_design* loaded = design();
+    return loaded != nullptr && mFunctions.getRegisterByName(loaded, name) != 0;
 }
 
 fpga_design* AppletLibrary::design() const {

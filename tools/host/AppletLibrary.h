@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -31,6 +32,7 @@ struct AppletFunctions {
     decltype(&::SHW_OpenLib) openHardwareLibrary = nullptr;
     decltype(&::HAPRT_OpenLib) openRuntimeLibrary = nullptr;
     decltype(&::HapGetUserInfoByName) getUserInfoByName = nullptr;
+    decltype(&::HapGetRegisterByName) getRegisterByName = nullptr;
     decltype(&::TavoGetVirtualUserBuffer) getVirtualUserBuffer = nullptr;
     decltype(&::TavoFreeVirtualUserBuffer) freeVirtualUserBuffer = nullptr;
     decltype(&::TavoAddUserBuffer) addUserBuffer = nullptr;
@@ -54,6 +56,10 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return mPath; }
     [[nodiscard]] const AppletFunctions& functions() const { return mFunctions; }
 
+    /// Writes every call from now on, with its arguments and its result, as a line to \p stream, which is borrowed for
+    /// the life of the process. Call it before the first Grabber, and for one library of a process only.
+    void traceCalls(std::FILE* stream);
+
     /// \return the applet's answer, FG_NOT_SUPPORTED for a question that it does not answer
     [[nodiscard]] int infoNumber(AppletInfos question, int argument = 0) const;
     /// \return the text, or an empty one when the applet has none
@@ -62,6 +68,8 @@ public:
     [[nodiscard]] int iconSize() const;
     /// \return the design that was loaded last, or null
     [[nodiscard]] fpga_design* design() const;
+    /// \return whether the design that was loaded last has a register of this name
+    [[nodiscard]] bool hasDesignRegister(const char* name) const;
 
 private:
     std::filesystem::path mPath;

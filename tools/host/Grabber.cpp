@@ -13,13 +13,20 @@ namespace {
 /// Names that a text query takes, terminator included.
 constexpr size_t kQueryCapacity = 512;
 
+/// The applet reads by the parameter's own type; the tag says what the caller expects.
+template <class T>
+constexpr FgParamTypes kTypeTag = FG_PARAM_TYPE_INT32_T;
+template <>
+constexpr FgParamTypes kTypeTag<double> = FG_PARAM_TYPE_DOUBLE;
+
 unsigned select(int id, unsigned selector) { return static_cast<unsigned>(id) | selector; }
 
 }  // namespace
 
-Grabber::Grabber(const AppletLibrary& applet) : mApplet(applet) {
+Grabber::Grabber(const AppletLibrary& applet, FgDevice* device)
+    : mApplet(applet), mDevice(device == nullptr ? reinterpret_cast<FgDevice*>(mDeviceToken.data()) : device) {
     int code = 0;
-    mHandle.Master = functions().stdEntry(device(), &code, 0);
+    mHandle.Master = functions().stdEntry(mDevice, &code, 0);
     if (mHandle.Master == nullptr) {
         if (code >= 0) code = FG_ERROR;
         throw HostError(code, "the board does not open: " + describeResultCode(code));
@@ -28,16 +35,14 @@ Grabber::Grabber(const AppletLibrary& applet) : mApplet(applet) {
 
 Grabber::~Grabber() { functions().freeGrabber(&mHandle); }
 
-FgDevice* Grabber::device() const { return reinterpret_cast<FgDevice*>(mDeviceToken.data()); }
-
-int Grabber::readRaw(unsigned id, ValueBuffer& buffer, int port) const {
-    return functions().getParameter(&mHandle, static_cast<int>(id), buffer.data(), port, FG_PARAM_TYPE_AUTO);
+int Grabber::readRaw(unsigned id, ValueBuffer& buffer, int port, FgParamTypes type) const {
+    return functions().getParameter(&mHandle, static_cast<int>(id), buffer.data(), port, type);
 }
 
 template <class T>
 int Grabber::readPlain(unsigned id, T& value, int port) const {
     ValueBuffer buffer{};
-    const int result = readRaw(id, buffer, port);
+    const int result = readRaw(id, buffer, port, kTypeTag<T>);
     if (result >= 0) std::memcpy(&value, buffer.data(), sizeof(value));
     return result;
 }
@@ -50,7 +55,7 @@ int Grabber::read(int id, std::string& value, int port) const {
     if (value.size() >= kQueryCapacity) return FG_INVALID_ARGUMENT;
     ValueBuffer buffer{};
     std::memcpy(buffer.data(), value.data(), value.size());
-    const int result = readRaw(select(id, 0), buffer, port);
+    const int result = readRaw(select(id, 0), buffer, port, FG_PARAM_TYPE_CHAR_PTR);
     if (result >= 0) {
         const char* text = reinterpret_cast<const char*>(buffer.data());
         value.assign(text, strnlen(text, buffer.size()));
@@ -94,7 +99,8 @@ size_t Grabber::limitWidth(int id, int port) const {
     ValueBuffer ones{};
     ones.fill(std::byte{0xFF});
     const unsigned maximum = select(id, FG_SELECT_MAXIMUM);
-    if (readRaw(maximum, zeros, port) < 0 || readRaw(maximum, ones, port) < 0) return 0;
+    if (readRaw(maximum, zeros, port, FG_PARAM_TYPE_AUTO) < 0 || readRaw(maximum, ones, port, FG_PARAM_TYPE_AUTO) < 0)
+        return 0;
     const auto unwritten = std::mismatch(zeros.begin(), zeros.end(), ones.begin()).first;
     return static_cast<size_t>(unwritten - zeros.begin());
 }

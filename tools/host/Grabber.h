@@ -18,8 +18,9 @@ namespace quillon::host {
 class Grabber {
 public:
     /// Opens the board: loads the design, configures the board and sets every parameter to its default.
+    /// \param device board device handle of the hardware-access library, borrowed; null stands for board 0
     /// \throws HostError with the applet's code when the board or the design refuses
-    explicit Grabber(const AppletLibrary& applet);
+    explicit Grabber(const AppletLibrary& applet, FgDevice* device = nullptr);
     Grabber(const Grabber&) = delete;
     Grabber& operator=(const Grabber&) = delete;
     ~Grabber();
@@ -61,19 +62,20 @@ public:
     /// The grabber handle for the exported functions; borrowed.
     Fg_Struct* handle() const { return &mHandle; }
     /// The board device for the hardware-access operations; borrowed.
-    FgDevice* device() const;
+    FgDevice* device() const { return mDevice; }
 
 private:
     /// Room for any value that a read may write, texts included.
     using ValueBuffer = std::array<std::byte, 1024>;
 
-    int readRaw(unsigned id, ValueBuffer& buffer, int port) const;
+    int readRaw(unsigned id, ValueBuffer& buffer, int port, FgParamTypes type) const;
     template <class T>
     int readPlain(unsigned id, T& value, int port) const;
 
     const AppletLibrary& mApplet;
-    mutable std::array<std::byte, 64> mDeviceToken{};  ///< its address is the device handle of board 0
-    mutable Fg_Struct mHandle{};                       ///< the exported functions take it without const
+    std::array<std::byte, 64> mDeviceToken{};  ///< its address is the device handle of board 0
+    FgDevice* const mDevice;
+    mutable Fg_Struct mHandle{};  ///< the exported functions take it without const
 };
 
 }  // namespace quillon::host

@@ -97,6 +97,8 @@ size_t editDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+bool ParameterInfo::isMeasured() const { return id == FG_PLX_CLK || id == FG_MEASURED_PCIE_CLK; }
+
 ParameterCatalogue::ParameterCatalogue(const Grabber& grabber, int port) {
     const RegisterInfo* group = grabber.functions().getParameterInfo(grabber.handle(), port);
     for (; group != nullptr; group = group->next) addGroup(*group, textOf(group->name));
@@ -161,6 +163,11 @@ std::vector<std::string> ParameterCatalogue::suggestions(std::string_view name) 
     std::vector<std::string> names;
     for (size_t i = 0; i < near.size() && i < kMostSuggestions; ++i) names.push_back(near[i].second);
     return names;
+}
+
+std::string aboutParameter(const Grabber& grabber, int query, const std::string& name) {
+    std::string text = name;
+    return grabber.read(query, text) < 0 ? "" : text;
 }
 
 int readValue(const Grabber& grabber, const ParameterInfo& parameter, ParameterValue& value, int port) {

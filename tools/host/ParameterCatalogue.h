@@ -39,6 +39,12 @@ struct ParameterInfo {
     Limits limits;
     std::vector<EnumerationEntry> entries;
 
+    [[nodiscard]] bool isReadable() const { return (access & 1) != 0; }
+    [[nodiscard]] bool isWritable() const { return (access & 2) != 0; }
+    /// \return whether it can be written while an acquisition runs
+    [[nodiscard]] bool isChangeable() const { return (access & 4) != 0; }
+    /// \return whether its first read takes a measurement, which lasts 100 ms
+    [[nodiscard]] bool isMeasured() const;
     /// \return whether its values are read and written as the bits of an unsigned number
     [[nodiscard]] bool isUnsigned() const { return type == ParameterType::Integer && limits.maximum > INT32_MAX; }
 };
@@ -66,6 +72,10 @@ private:
 
     std::vector<ParameterInfo> mParameters;
 };
+
+/// \param query FG_PARAM_DESCR or FG_DOC_URL
+/// \return what the applet says about the parameter of this name; empty when it says nothing
+std::string aboutParameter(const Grabber& grabber, int query, const std::string& name);
 
 /// Reads a parameter as its type says. A text in \p value is the question of a text query.
 /// \return the applet's result, or FG_TYPE_NOT_SUPPORTED for a structure

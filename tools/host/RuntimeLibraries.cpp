@@ -16,14 +16,22 @@ namespace {
 
 constexpr std::array kMarkerFolders{"bin", "dll", "Hardware Applets", "lib", "lib64"};
 
-// Opaque operations are left out: the applet passes them on without using them.
-#define FABRIX_TAVO(result, name, parameters, arguments) #name,
-constexpr const char* kHardwareOperations[] = {
+/// An operation of a runtime library; the applet passes opaque ones on without using them itself.
+struct Operation {
+    const char* name;
+    bool isOpaque;
+};
+
+#define FABRIX_TAVO(result, name, parameters, arguments) {#name, false},
+#define FABRIX_TAVO_OPAQUE(result, name) {#name, true},
+#define FABRIX_TAVO_NO_DEVICE(result, name) {#name, true},
+constexpr Operation kHardwareOperations[] = {
 #include "fabrix/runtime_operations.inc"
 };
 
-#define FABRIX_HAP(result, name, parameters, arguments) #name,
-constexpr const char* kRuntimeOperations[] = {
+#define FABRIX_HAP(result, name, parameters, arguments) {#name, false},
+#define FABRIX_HAP_OPAQUE(result, name) {#name, true},
+constexpr Operation kRuntimeOperations[] = {
 #include "fabrix/runtime_operations.inc"
 };
 
@@ -66,19 +74,21 @@ std::string reasonNotLoaded(const std::string& path) {
 }
 
 RuntimeLibrary describe(const std::optional<std::string>& directory, const char* fileName, int result,
-                        std::span<const char* const> operations) {
+                        std::span<const Operation> operations) {
     RuntimeLibrary library;
     library.fileName = fileName;
     if (directory) library.path = *directory + "/lib/" + fileName;
     library.isLoaded = result >= 0;
+    library.operations = operations.size();
     if (!library.isLoaded) {
         library.reason = reasonNotLoaded(library.path);
         return library;
     }
     const LibraryHandle handle = loadedLibrary(library.path);
     if (handle == nullptr) return library;
-    for (const char* operation : operations) {
-        if (dlsym(handle.get(), operation) == nullptr) library.missingOperations.emplace_back(operation);
+    for (const Operation& operation : operations) {
+        if (dlsym(handle.get(), operation.name) != nullptr) continue;
+        (operation.isOpaque ? library.missingOpaque : library.missingOperations).emplace_back(operation.name);
     }
     return library;
 }
@@ -118,6 +128,13 @@ std::vector<RuntimeLibrary> loadRuntimeLibraries(const AppletLibrary& applet) {
 
 bool isSoftwareBoard(const RuntimeLibrary& hardwareAccess) {
     return messageFunction(loadedLibrary(hardwareAccess.path).get()) != nullptr;
+}
+
+FgDevice* softwareBoardDevice(const RuntimeLibrary& hardwareAccess, int number) {
+    const LibraryHandle handle = loadedLibrary(hardwareAccess.path);
+    if (handle == nullptr) return nullptr;
+    const auto open = std::bit_cast<FgDevice* (*)(int)>(dlsym(handle.get(), "tavo_sim_open"));
+    return open == nullptr ? nullptr : open(number);
 }
 
 std::string softwareBoardMessage(const RuntimeLibrary& hardwareAccess) {

@@ -15,6 +15,8 @@ struct RuntimeLibrary {
     bool isLoaded = false;
     std::string reason;                          ///< why it is not loaded; empty when it is
     std::vector<std::string> missingOperations;  ///< operations of known signature that the loaded library lacks
+    std::vector<std::string> missingOpaque;      ///< lacking operations that the applet only passes on
+    size_t operations = 0;                       ///< how many it should have, of both kinds
 };
 
 /// \return the directory below which the applet looks for its runtime libraries: the one that holds the folder bin,
@@ -26,6 +28,10 @@ std::vector<RuntimeLibrary> loadRuntimeLibraries(const AppletLibrary& applet);
 
 /// \return whether the loaded hardware-access library is the software board
 bool isSoftwareBoard(const RuntimeLibrary& hardwareAccess);
+
+/// \param number 0 or more
+/// \return the device handle of a board of the software board; null when another library is loaded
+FgDevice* softwareBoardDevice(const RuntimeLibrary& hardwareAccess, int number);
 
 /// \return the software board's own words about the call that it refused last; empty when it refused none or when
 ///         another library is loaded

@@ -27,6 +27,10 @@ public:
 std::unique_ptr<Command> makeInfoCommand(CLI::App& options);
 std::unique_ptr<Command> makeListCommand(CLI::App& options);
 std::unique_ptr<Command> makeGetCommand(CLI::App& options);
+std::unique_ptr<Command> makeDescribeCommand(CLI::App& options);
+std::unique_ptr<Command> makeDevicesCommand(CLI::App& options);
+std::unique_ptr<Command> makeDoctorCommand(CLI::App& options);
+std::unique_ptr<Command> makeHelpCommand(CLI::App& options);
 std::unique_ptr<Command> makeRegistersCommand(CLI::App& options);
 std::unique_ptr<Command> makeAcquireCommand(CLI::App& options);
 std::unique_ptr<Command> makeSaveCommand(CLI::App& options);

@@ -13,6 +13,7 @@
 #include "Session.h"
 #include "Table.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 #include "ValueText.h"
 
 namespace quillon::tool {
@@ -123,6 +124,7 @@ int DiffCommand::run(Session& session) {
     const host::ParameterCatalogue catalogue(session.grabber());
     Table table;
     table.add({"PARAMETER", isAgainstDefaults ? "default" : mFiles.front(), mFiles.back()});
+    Json objects = Json::array();
     int exitCode = kExitEqual;
     for (size_t port = 0; port < first.size(); ++port) {
         bool hasHeading = false;
@@ -132,10 +134,20 @@ int DiffCommand::run(Session& session) {
             if (!hasHeading) table.add({port == 0 ? "Port A" : "Port B"});
             hasHeading = true;
             table.add(row(catalogue, line, *other));
+            objects.push_back({
+                {"port",      port        },
+                {"parameter", line.key    },
+                {"first",     line.value  },
+                {"second",    other->value}
+            });
             exitCode = kExitDifferent;
         }
     }
-    if (exitCode == kExitDifferent) fmt::print("{}", table.text());
+    if (session.isJson()) {
+        printJson(objects);
+    } else if (exitCode == kExitDifferent) {
+        fmt::print("{}", table.text());
+    }
     return exitCode;
 }
 

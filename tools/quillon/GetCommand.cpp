@@ -10,6 +10,7 @@
 #include "Session.h"
 #include "StateOptions.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 #include "ValueText.h"
 #include "host/ResultCodes.h"
 
@@ -28,8 +29,8 @@ Request makeRequest(const host::ParameterCatalogue& catalogue, const std::string
     const host::ParameterInfo& parameter = parameterByName(catalogue, argument.substr(0, equals));
     if (equals == std::string::npos) return {&parameter, {}};
     if (parameter.type != host::ParameterType::Text) {
-        throw ToolError(kExitUsage, fmt::format("{} takes no question; 'quillon acquire --set {}' writes a value",
-                                                parameter.name, argument));
+        throw ToolError(kExitUsage,
+                        fmt::format("{} takes no question; '--set {}' writes a value", parameter.name, argument));
     }
     return {&parameter, argument.substr(equals + 1)};
 }
@@ -43,23 +44,28 @@ public:
     int run(Session& session) override {
         mState.check();
         host::Grabber& grabber = session.grabber();
-        mState.apply(grabber);
-        const host::ParameterCatalogue catalogue(grabber);
+        mState.apply(grabber, session.port());
+        const host::ParameterCatalogue catalogue(grabber, session.port());
         std::vector<Request> requests;
         requests.reserve(mNames.size());
         for (const std::string& name : mNames) requests.push_back(makeRequest(catalogue, name));
         int exitCode = kExitOk;
+        Json objects = Json::array();
         for (Request& request : requests) {
             const host::ParameterInfo& parameter = *request.parameter;
-            const int code = host::readValue(grabber, parameter, request.value);
+            const int code = host::readValue(grabber, parameter, request.value, session.port());
             if (code < 0) {
                 fmt::print(stderr, "quillon: {} cannot be read: {}\n", parameter.name, host::describeResultCode(code));
                 exitCode = kExitRefused;
                 continue;
             }
-            fmt::print("{} = {}{}{}\n", parameter.name, formatValue(parameter, request.value),
-                       parameter.unit.empty() ? "" : " ", parameter.unit);
+            if (session.isJson()) {
+                objects.push_back(parameterJson(parameter, &request.value));
+            } else {
+                fmt::print("{} = {}\n", parameter.name, withUnit(parameter, formatValue(parameter, request.value)));
+            }
         }
+        if (session.isJson()) printJson(objects);
         return exitCode;
     }
 

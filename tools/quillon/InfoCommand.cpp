@@ -2,70 +2,95 @@
 
 #include <CLI/App.hpp>
 #include <array>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "Command.h"
 #include "Session.h"
 #include "Table.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 #include "host/RuntimeLibraries.h"
 
 namespace quillon::tool {
 
 namespace {
 
-struct TextRow {
+struct QuestionRow {
     const char* label;
+    const char* key;
     AppletInfos question;
 };
 constexpr std::array kTexts{
-    TextRow{"name",        GET_INFO_FRIENDLY_NAME},
-    TextRow{"description", GET_INFO_DESCRIPTION  },
-    TextRow{"tags",        GET_INFO_TAGS         },
-    TextRow{"design id",   GET_HAP_ID            },
-};
-
-struct CountRow {
-    const char* label;
-    AppletInfos question;
+    QuestionRow{"name",        "name",        GET_INFO_FRIENDLY_NAME},
+    QuestionRow{"description", "description", GET_INFO_DESCRIPTION  },
+    QuestionRow{"tags",        "tags",        GET_INFO_TAGS         },
+    QuestionRow{"design id",   "designId",    GET_HAP_ID            },
 };
 constexpr std::array kCounts{
-    CountRow{"ports",        GET_NR_OF_PORTS},
-    CountRow{"cameras",      GET_NR_OF_CAMS },
-    CountRow{"DMA channels", GET_NR_OF_DMAS },
+    QuestionRow{"ports",        "ports",       GET_NR_OF_PORTS},
+    QuestionRow{"cameras",      "cameras",     GET_NR_OF_CAMS },
+    QuestionRow{"DMA channels", "dmaChannels", GET_NR_OF_DMAS },
 };
 
-void addApplet(Table& table, const host::AppletLibrary& applet) {
-    table.add({"library", applet.path().string()});
-    for (const TextRow& row : kTexts) table.add({row.label, applet.infoText(row.question)});
+/// The answers, as a table and as an object.
+class Report {
+public:
+    void add(const char* label, const char* key, const std::string& text) { add(label, key, text, text); }
+    void add(const char* label, const char* key, const std::string& text, Json value) {
+        mTable.add({label, text});
+        mObject[key] = std::move(value);
+    }
+    void addNumber(const char* label, const char* key, int number) {
+        add(label, key, fmt::format("{} (0x{:X})", number, number), number);
+    }
+    void print(bool isJson) const { isJson ? printJson(mObject) : fmt::print("{}", mTable.text()); }
+
+private:
+    Table mTable;
+    Json mObject = Json::object();
+};
+
+void addApplet(Report& report, const host::AppletLibrary& applet) {
+    report.add("library", "library", applet.path().string());
+    for (const QuestionRow& row : kTexts) report.add(row.label, row.key, applet.infoText(row.question));
     const int version = applet.infoNumber(GET_VERSION);
-    table.add({"version", fmt::format("{}.{}", version >> 16, version & 0xFFFF)});
-    const int boardType = applet.infoNumber(GET_BOARD_TYPE);
-    table.add({"board type", fmt::format("{} (0x{:X})", boardType, boardType)});
-    for (const CountRow& row : kCounts) table.add({row.label, fmt::format("{}", applet.infoNumber(row.question))});
-    table.add({"icon", fmt::format("{} bytes", applet.iconSize())});
+    report.add("version", "version", fmt::format("{}.{}", version >> 16, version & 0xFFFF));
+    report.addNumber("board type", "boardType", applet.infoNumber(GET_BOARD_TYPE));
+    for (const QuestionRow& row : kCounts) {
+        const int count = applet.infoNumber(row.question);
+        report.add(row.label, row.key, fmt::format("{}", count), count);
+    }
+    const int iconSize = applet.iconSize();
+    report.add("icon", "iconBytes", fmt::format("{} bytes", iconSize), iconSize);
 }
 
-void addBoard(Table& table, const host::AppletLibrary& applet, const host::Grabber& grabber) {
-    table.add({"applet id", fmt::format("{} (0x{:X})", grabber.appletId(), grabber.appletId())});
-    table.add({"design", grabber.designName()});
+void addBoard(Report& report, const host::AppletLibrary& applet, const host::Grabber& grabber) {
+    report.addNumber("applet id", "appletId", grabber.appletId());
+    report.add("design", "design", grabber.designName());
     const auto libraries = host::loadRuntimeLibraries(applet);
-    for (const host::RuntimeLibrary& library : libraries) table.add({library.fileName, library.path});
-    table.add({"board", host::isSoftwareBoard(libraries.front()) ? "software board (simulated)" : "hardware"});
+    for (const host::RuntimeLibrary& library : libraries) {
+        report.add(library.fileName.c_str(), library.fileName.c_str(), library.path);
+    }
+    const bool isSimulated = host::isSoftwareBoard(libraries.front());
+    report.add("board", "board", isSimulated ? "software board (simulated)" : "hardware",
+               isSimulated ? "software" : "hardware");
 }
 
 class InfoCommand : public Command {
 public:
     int run(Session& session) override {
-        Table table;
-        addApplet(table, session.applet());
+        Report report;
+        addApplet(report, session.applet());
         try {
-            addBoard(table, session.applet(), session.grabber());
+            addBoard(report, session.applet(), session.grabber());
         } catch (const ToolError&) {
             // What the applet says of itself is shown even when no board opens.
-            fmt::print("{}", table.text());
+            report.print(session.isJson());
             throw;
         }
-        fmt::print("{}", table.text());
+        report.print(session.isJson());
         return kExitOk;
     }
 };

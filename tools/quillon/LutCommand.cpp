@@ -16,6 +16,7 @@
 #include "StateOptions.h"
 #include "Table.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 #include "host/KneeCurve.h"
 #include "host/ResultCodes.h"
 
@@ -49,6 +50,18 @@ void printChart(const KneeChart& chart) {
                    fmt::format("{:.6f}", chart.base[point]), fmt::format("{:.6f}", chart.result[point])});
     }
     fmt::print("{}", table.text());
+}
+
+void printChartJson(const KneeChart& chart) {
+    const host::KneeProcessing& processing = chart.processing;
+    printJson({
+        {"offset",    processing.offset    },
+        {"gain",      processing.gain      },
+        {"gamma",     processing.gamma     },
+        {"inverted",  processing.isInverted},
+        {"base",      chart.base           },
+        {"effective", chart.result         }
+    });
 }
 
 /// One of show, save and load: each has the state options of its own.
@@ -125,11 +138,11 @@ int LutCommand::show(Session& session, const Action& action) {
     host::Grabber& grabber = open(session, action);
     if (!action.file.empty()) loadLut(grabber, action.file);
     const KneeChart chart = readChart(grabber);
-    printChart(chart);
+    session.isJson() ? printChartJson(chart) : printChart(chart);
     if (picture) {
         const std::vector<std::byte> pixels = drawChart(chart);
         picture->write(1, {kChartWidth, kChartHeight, pixels});
-        fmt::print("drawn to {}\n", picture->path(1).string());
+        if (!session.isJson()) fmt::print("drawn to {}\n", picture->path(1).string());
     }
     const bool isBlack = std::all_of(chart.base.begin(), chart.base.end(), [](double value) { return value == 0; });
     if (isBlack && !action.file.empty()) {
@@ -154,6 +167,7 @@ int LutCommand::load(Session& session) const {
     mLoad.requireFile();
     checkReadable(mLoad.file, kLutFile);
     const int exitCode = show(session, mLoad);
+    if (session.isJson()) return exitCode;
     fmt::print(
         "To keep it: quillon set --config FILE.mcf FG_KNEE_LUT_FILE={} "
         "FG_KNEE_LUT_SAVE_LOAD_FILE=FG_LOAD_LUT_FROM_FILE\n",

@@ -19,23 +19,20 @@ using host::ParameterInfo;
 using host::ParameterType;
 using host::ParameterValue;
 
-constexpr int kWritable = 2;
-
 double numberOf(const ParameterValue& value) {
     if (const auto* number = std::get_if<double>(&value)) return *number;
     if (const auto* integer = std::get_if<int32_t>(&value)) return *integer;
     return 0;
 }
 
-std::string withUnit(const ParameterInfo& parameter, double limit) {
-    const std::string number = formatLimit(parameter, limit);
-    return parameter.unit.empty() ? number : number + " " + parameter.unit;
+std::string limitWithUnit(const ParameterInfo& parameter, double limit) {
+    return withUnit(parameter, formatLimit(parameter, limit));
 }
 
 std::string allowedRange(const ParameterInfo& parameter) {
     const Limits& limits = parameter.limits;
     std::string text =
-        fmt::format("{} to {}", formatLimit(parameter, limits.minimum), withUnit(parameter, limits.maximum));
+        fmt::format("{} to {}", formatLimit(parameter, limits.minimum), limitWithUnit(parameter, limits.maximum));
     // The check looks at the step of integers only.
     if (parameter.type == ParameterType::Integer && limits.step > 1) {
         text += " in steps of " + formatLimit(parameter, limits.step);
@@ -51,9 +48,9 @@ std::string outOfRange(const ParameterInfo& parameter, const ParameterValue& val
     const double number = numberOf(value);
     std::string text = "not a number";
     if (number < parameter.limits.minimum) {
-        text = "below the minimum " + withUnit(parameter, parameter.limits.minimum);
+        text = "below the minimum " + limitWithUnit(parameter, parameter.limits.minimum);
     } else if (number > parameter.limits.maximum) {
-        text = "above the maximum " + withUnit(parameter, parameter.limits.maximum);
+        text = "above the maximum " + limitWithUnit(parameter, parameter.limits.maximum);
     }
     return text + "; allowed: " + allowedRange(parameter);
 }
@@ -69,15 +66,16 @@ std::string offStep(const ParameterInfo& parameter, const ParameterValue& value)
         if (!nearest.empty()) nearest += " or ";
         nearest += formatLimit(parameter, above);
     }
-    return fmt::format("not a multiple of the step {}; nearest allowed: {}", withUnit(parameter, limits.step), nearest);
+    return fmt::format("not a multiple of the step {}; nearest allowed: {}", limitWithUnit(parameter, limits.step),
+                       nearest);
 }
 
 std::string notWritable(const ParameterCatalogue& catalogue, const ParameterInfo& parameter) {
     const ParameterInfo* width = catalogue.find("FG_WIDTH");
-    const bool isEverythingLocked =
-        parameter.id != FG_GLOBAL_ACCESS && width != nullptr && (width->access & kWritable) == 0;
+    const bool isEverythingLocked = parameter.id != FG_GLOBAL_ACCESS && width != nullptr && !width->isWritable();
     if (isEverythingLocked) return "FG_GLOBAL_ACCESS locks all parameters; set FG_GLOBAL_ACCESS=NONE first";
-    return "it cannot be written in the present settings; 'quillon list' shows what can";
+    return fmt::format("it cannot be written in the present settings; 'quillon describe {}' finds what locks it",
+                       parameter.name);
 }
 
 std::string reason(const ParameterCatalogue& catalogue, const ParameterInfo& parameter, const ParameterValue& value,

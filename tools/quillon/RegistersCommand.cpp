@@ -13,6 +13,7 @@
 #include "StateOptions.h"
 #include "Table.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 #include "host/DesignRegisters.h"
 
 namespace quillon::tool {
@@ -42,6 +43,17 @@ std::vector<std::string> row(const host::Grabber& grabber, const host::DesignReg
     return cells;
 }
 
+Json registerJson(const host::Grabber& grabber, const host::DesignRegister& designRegister) {
+    Json object{
+        {"name", designRegister.name}
+    };
+    if (designRegister.width != 0) object["width"] = designRegister.width;
+    object["writable"] = designRegister.isWritable;
+    uint32_t value = 0;
+    if (host::readRegister(grabber, designRegister, value) >= 0) object["value"] = value;
+    return object;
+}
+
 class RegistersCommand : public Command {
 public:
     explicit RegistersCommand(CLI::App& options) : mState(options) {
@@ -59,17 +71,22 @@ public:
         const NamePattern pattern(mPattern);
         Table table;
         table.add({"NAME", "WIDTH", "DIRECTION", "VALUE", "HEXADECIMAL"});
+        Json objects = Json::array();
         bool isAnyChosen = false;
         for (const host::DesignRegister& designRegister : registers) {
             if (!pattern.matches("DRA_" + designRegister.name, "DRA_")) continue;
-            table.add(row(grabber, designRegister));
+            if (session.isJson()) {
+                objects.push_back(registerJson(grabber, designRegister));
+            } else {
+                table.add(row(grabber, designRegister));
+            }
             isAnyChosen = true;
         }
         if (!isAnyChosen) {
             throw ToolError(kExitUsage,
                             fmt::format("no register matches '{}'; 'quillon registers' shows them all", mPattern));
         }
-        fmt::print("{}", table.text());
+        session.isJson() ? printJson(objects) : fmt::print("{}", table.text(outputStyle()));
         return kExitOk;
     }
 

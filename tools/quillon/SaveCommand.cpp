@@ -28,7 +28,7 @@ public:
         checkName(mFile, kConfigurationFile);
         mState.check();
         host::Grabber& grabber = session.grabber();
-        mState.apply(grabber);
+        mState.apply(grabber, session.port());
         saveConfiguration(grabber, mFile);
         fmt::print("saved {}\n", mFile);
         return kExitOk;

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "AppletFiles.h"
@@ -61,17 +63,33 @@ std::filesystem::path installedAppletPath() {
     return program.parent_path().parent_path() / "Hardware Applets" / "fabrixIV" / "libQuillon.so";
 }
 
-Session::Session(const std::filesystem::path& appletPath) : mAppletPath(appletPath) {}
+Session::Session(SessionOptions options) : mOptions(std::move(options)) {}
 
 const host::AppletLibrary& Session::applet() {
-    if (!mApplet) mApplet.emplace(mAppletPath.empty() ? installedAppletPath() : mAppletPath);
+    if (!mApplet) {
+        mApplet.emplace(mOptions.appletPath.empty() ? installedAppletPath() : mOptions.appletPath);
+        if (mOptions.isTraced) mApplet->traceCalls(stderr);
+    }
     return *mApplet;
+}
+
+FgDevice* Session::device() {
+    if (mOptions.board == 0) return nullptr;
+    const host::RuntimeLibrary hardwareAccess = host::loadRuntimeLibraries(applet()).front();
+    FgDevice* device = host::softwareBoardDevice(hardwareAccess, mOptions.board);
+    if (device != nullptr) return device;
+    const std::string complaint = complaintAbout(hardwareAccess);
+    throw ToolError(kExitEnvironment,
+                    complaint.empty() ? fmt::format("board {} cannot be opened: {} gives this tool board 0 only; use "
+                                                    "--board 0",
+                                                    mOptions.board, hardwareAccess.path)
+                                      : complaint);
 }
 
 host::Grabber& Session::grabber() {
     if (!mGrabber) {
         try {
-            mGrabber.emplace(applet());
+            mGrabber.emplace(applet(), device());
         } catch (const host::HostError& error) {
             if (error.code() == 0) throw;
             throw ToolError(kExitEnvironment, explainOpenFailure(*mApplet, error));
@@ -95,16 +113,16 @@ const host::ParameterInfo& parameterByName(const host::ParameterCatalogue& catal
     throw ToolError(kExitUsage, fmt::format("there is no parameter '{}'; {}", name, remedy));
 }
 
-void applySetting(host::Grabber& grabber, const std::string& assignment) {
+void applySetting(host::Grabber& grabber, const std::string& assignment, int port) {
     const size_t equals = assignment.find('=');
     if (equals == std::string::npos || equals == 0) {
         throw ToolError(kExitUsage, fmt::format("'{}' is no setting; write NAME=VALUE", assignment));
     }
     // Every write may change limits, access and entries of other parameters.
-    const host::ParameterCatalogue catalogue(grabber);
+    const host::ParameterCatalogue catalogue(grabber, port);
     const host::ParameterInfo& parameter = parameterByName(catalogue, assignment.substr(0, equals));
     const host::ParameterValue value = parseValue(parameter, assignment.substr(equals + 1));
-    const int code = host::writeValue(grabber, parameter, value);
+    const int code = host::writeValue(grabber, parameter, value, port);
     if (code >= 0) return;
     throw ToolError(kExitRefused, parameter.id == FG_KNEE_LUT_SAVE_LOAD_FILE
                                       ? explainLutAction(grabber, std::get<int32_t>(value), code)

@@ -11,11 +11,23 @@
 
 namespace quillon::tool {
 
+/// What the options of every command say.
+struct SessionOptions {
+    std::filesystem::path appletPath;  ///< empty: the applet of the installation that the tool is in
+    int board = 0;
+    int port = 0;
+    bool isJson = false;    ///< data is printed as a JSON document
+    bool isTraced = false;  ///< every exported call is written to standard error
+};
+
 /// The applet and the board of one run of the tool, each opened when it is first needed. Used by one thread.
 class Session {
 public:
-    /// \param appletPath applet library; an empty path is the applet of the installation that the tool is in
-    explicit Session(const std::filesystem::path& appletPath);
+    explicit Session(SessionOptions options);
+
+    [[nodiscard]] int port() const { return mOptions.port; }
+    [[nodiscard]] int board() const { return mOptions.board; }
+    [[nodiscard]] bool isJson() const { return mOptions.isJson; }
 
     /// \throws host::HostError when the library is no applet
     const host::AppletLibrary& applet();
@@ -25,10 +37,12 @@ public:
     void close();
 
     /// \return the error's text, and below it what the software board says about a code of its own
-    std::string explain(const host::HostError& error) const;
+    [[nodiscard]] std::string explain(const host::HostError& error) const;
 
 private:
-    std::filesystem::path mAppletPath;
+    FgDevice* device();
+
+    const SessionOptions mOptions;
     std::optional<host::AppletLibrary> mApplet;
     std::optional<host::Grabber> mGrabber;
 };
@@ -43,6 +57,6 @@ const host::ParameterInfo& parameterByName(const host::ParameterCatalogue& catal
 /// Writes one parameter.
 /// \param assignment for example "FG_WIDTH=512"
 /// \throws ToolError that names parameter, value, limit and remedy when it is refused
-void applySetting(host::Grabber& grabber, const std::string& assignment);
+void applySetting(host::Grabber& grabber, const std::string& assignment, int port = 0);
 
 }  // namespace quillon::tool

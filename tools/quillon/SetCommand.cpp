@@ -31,7 +31,7 @@ public:
 private:
     /// \return whether there is a file to load
     [[nodiscard]] bool checkFile() const;
-    void print(const host::Grabber& grabber) const;
+    void print(const host::Grabber& grabber, int port) const;
 
     std::vector<std::string> mSettings;
     std::string mFile;
@@ -61,21 +61,20 @@ int SetCommand::run(Session& session) {
     const bool isThere = checkFile();
     host::Grabber& grabber = session.grabber();
     if (isThere) loadConfiguration(grabber, mFile);
-    for (const std::string& setting : mSettings) applySetting(grabber, setting);
+    for (const std::string& setting : mSettings) applySetting(grabber, setting, session.port());
     saveConfiguration(grabber, mFile);
-    print(grabber);
+    print(grabber, session.port());
     return kExitOk;
 }
 
-void SetCommand::print(const host::Grabber& grabber) const {
-    const host::ParameterCatalogue catalogue(grabber);
+void SetCommand::print(const host::Grabber& grabber, int port) const {
+    const host::ParameterCatalogue catalogue(grabber, port);
     for (const std::string& setting : mSettings) {
         const host::ParameterInfo& parameter = parameterByName(catalogue, setting.substr(0, setting.find('=')));
         host::ParameterValue value;
         // An action, such as the loading of a LUT file, has no value.
-        if (host::readValue(grabber, parameter, value) < 0) continue;
-        fmt::print("{} = {}{}{}\n", parameter.name, formatValue(parameter, value), parameter.unit.empty() ? "" : " ",
-                   parameter.unit);
+        if (host::readValue(grabber, parameter, value, port) < 0) continue;
+        fmt::print("{} = {}\n", parameter.name, withUnit(parameter, formatValue(parameter, value)));
     }
     fmt::print("saved {}\n", mFile);
 }

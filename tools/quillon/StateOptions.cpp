@@ -26,13 +26,13 @@ void StateOptions::load(host::Grabber& grabber) const {
     if (!mConfig.empty()) loadConfiguration(grabber, mConfig);
 }
 
-void StateOptions::set(host::Grabber& grabber) const {
-    for (const std::string& setting : mSettings) applySetting(grabber, setting);
+void StateOptions::set(host::Grabber& grabber, int port) const {
+    for (const std::string& setting : mSettings) applySetting(grabber, setting, port);
 }
 
-void StateOptions::apply(host::Grabber& grabber) const {
+void StateOptions::apply(host::Grabber& grabber, int port) const {
     load(grabber);
-    set(grabber);
+    set(grabber, port);
 }
 
 }  // namespace quillon::tool

@@ -25,11 +25,11 @@ public:
     /// Loads the configuration file, if one was given.
     /// \throws ToolError when it is refused
     void load(host::Grabber& grabber) const;
-    /// Writes the settings in the order of the command line.
+    /// Writes the settings to a port in the order of the command line.
     /// \throws ToolError at the first that is refused
-    void set(host::Grabber& grabber) const;
+    void set(host::Grabber& grabber, int port = 0) const;
     /// Both of these.
-    void apply(host::Grabber& grabber) const;
+    void apply(host::Grabber& grabber, int port = 0) const;
 
 private:
     std::string mConfig;

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "Terminal.h"
+
 namespace quillon::tool {
 
 /// Rows of text, printed with aligned columns.
@@ -12,9 +14,13 @@ public:
     void add(std::vector<std::string> cells) { mRows.push_back(std::move(cells)); }
 
     /// \return all rows, each ended by a line feed and without blanks at its end
-    [[nodiscard]] std::string text() const;
+    [[nodiscard]] std::string text() const { return text({}); }
+    /// \return the same, with bold headings, and with last cells broken at blanks where they would pass the right edge
+    [[nodiscard]] std::string text(const OutputStyle& style) const;
 
 private:
+    [[nodiscard]] std::vector<size_t> widths() const;
+
     std::vector<std::vector<std::string>> mRows;
 };
 

@@ -11,6 +11,7 @@
 #include "StateOptions.h"
 #include "Table.h"
 #include "ToolError.h"
+#include "ValueJson.h"
 
 namespace quillon::tool {
 
@@ -34,12 +35,36 @@ const char* typeName(REG_FORMAT format) {
     }
 }
 
+std::span<RegisterInfo* const> elementsOf(const RegisterInfo& group) {
+    if (group.u.gReg.nrOfElements <= 0) return {};
+    return {group.u.gReg.elements, static_cast<size_t>(group.u.gReg.nrOfElements)};
+}
+
+Json groupJson(const RegisterInfo& group) {
+    Json object{
+        {"group",      textOf(group.name)},
+        {"parameters", Json::array()     }
+    };
+    for (const RegisterInfo* node : elementsOf(group)) {
+        if (node->format == REG_FORMAT_GROUP) {
+            object["groups"].push_back(groupJson(*node));
+        } else {
+            object["parameters"].push_back({
+                {"id",          node->id                   },
+                {"name",        textOf(node->parameterName)},
+                {"displayName", textOf(node->name)         },
+                {"type",        typeName(node->format)     }
+            });
+        }
+    }
+    return object;
+}
+
 /// Adds a group and all below it, each level two blanks further in.
 void addGroup(Table& table, const RegisterInfo& group, const std::string& indent) {
     table.add({indent + textOf(group.name)});
     const std::string inner = indent + "  ";
-    if (group.u.gReg.nrOfElements <= 0) return;
-    for (const RegisterInfo* node : std::span(group.u.gReg.elements, static_cast<size_t>(group.u.gReg.nrOfElements))) {
+    for (const RegisterInfo* node : elementsOf(group)) {
         if (node->format == REG_FORMAT_GROUP) {
             addGroup(table, *node, inner);
         } else {
@@ -51,19 +76,20 @@ void addGroup(Table& table, const RegisterInfo& group, const std::string& indent
 
 class TreeCommand : public Command {
 public:
-    explicit TreeCommand(CLI::App& options) : mState(options) {
-        options.add_option("--port", mPort, "camera port")
-            ->check(CLI::Range(0, 1))
-            ->type_name("PORT")
-            ->capture_default_str();
-    }
+    explicit TreeCommand(CLI::App& options) : mState(options) {}
 
     int run(Session& session) override {
         mState.check();
         host::Grabber& grabber = session.grabber();
-        mState.apply(grabber);
+        mState.apply(grabber, session.port());
+        const RegisterInfo* group = grabber.functions().getParameterInfo(grabber.handle(), session.port());
+        if (session.isJson()) {
+            Json groups = Json::array();
+            for (; group != nullptr; group = group->next) groups.push_back(groupJson(*group));
+            printJson(groups);
+            return kExitOk;
+        }
         Table table;
-        const RegisterInfo* group = grabber.functions().getParameterInfo(grabber.handle(), mPort);
         for (; group != nullptr; group = group->next) addGroup(table, *group, "");
         fmt::print("{}", table.text());
         return kExitOk;
@@ -71,7 +97,6 @@ public:
 
 private:
     StateOptions mState;
-    int mPort = 0;
 };
 
 }  // namespace

@@ -30,21 +30,17 @@ void writeFile(const std::string& path, const std::string& text) {
 class XmlCommand : public Command {
 public:
     explicit XmlCommand(CLI::App& options) : mState(options) {
-        options.add_option("--port", mPort, "camera port")
-            ->check(CLI::Range(0, 1))
-            ->type_name("PORT")
-            ->capture_default_str();
         options.add_option("--output", mOutput, "file to write; without it the document is printed")->type_name("FILE");
     }
 
     int run(Session& session) override {
         mState.check();
         host::Grabber& grabber = session.grabber();
-        mState.apply(grabber);
+        mState.apply(grabber, session.port());
         std::string document;
-        const int code = grabber.describe(document, mPort);
+        const int code = grabber.describe(document, session.port());
         if (code < 0) {
-            throw ToolError(kExitRefused, fmt::format("the applet does not describe port {}: {}", mPort,
+            throw ToolError(kExitRefused, fmt::format("the applet does not describe port {}: {}", session.port(),
                                                       host::describeResultCode(code)));
         }
         if (mOutput.empty()) {
@@ -57,7 +53,6 @@ public:
 
 private:
     StateOptions mState;
-    int mPort = 0;
     std::string mOutput;
 };
 

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "Completion.h"
 #include "Session.h"
 #include "ToolError.h"
 #include "host/HostError.h"
@@ -24,6 +25,7 @@ namespace {
 
 using quillon::tool::Command;
 using quillon::tool::Session;
+using quillon::tool::SessionOptions;
 using quillon::tool::ToolError;
 
 struct CommandRow {
@@ -31,36 +33,54 @@ struct CommandRow {
     const char* summary;
     const char* example;
     std::unique_ptr<Command> (*make)(CLI::App& options);
+    unsigned options = 0;  ///< of CommonOption
 };
+
+/// Options that many commands have.
+enum CommonOption : unsigned { kJson = 1, kPort = 2 };
 
 // Examples stand on lines of their own: with them the columns would not fit.
 // clang-format off
 constexpr std::array kCommands{
     CommandRow{"info", "Show what the applet is and which board it runs on",
-               "quillon info", quillon::tool::makeInfoCommand},
+               "quillon info", quillon::tool::makeInfoCommand, kJson},
     CommandRow{"list", "List parameters: value, unit, access, limits and entries",
-               "quillon list offset", quillon::tool::makeListCommand},
+               "quillon list offset", quillon::tool::makeListCommand, kJson | kPort},
+    CommandRow{"describe", "Tell everything about one parameter: limits, entries, access now, what it depends on",
+               "quillon describe FG_EXPOSURE --set FG_TRIGGERMODE=GRABBER_CONTROLLED",
+               quillon::tool::makeDescribeCommand, kJson | kPort},
+    CommandRow{"devices", "Show the board and its camera link",
+               "quillon devices", quillon::tool::makeDevicesCommand, kJson},
+    CommandRow{"doctor", "Examine installation, libraries, design, registers and link; say what to do",
+               "quillon doctor", quillon::tool::makeDoctorCommand, kJson},
     CommandRow{"get", "Print the values of parameters",
-               "quillon get FG_WIDTH height", quillon::tool::makeGetCommand},
+               "quillon get FG_WIDTH height", quillon::tool::makeGetCommand, kJson | kPort},
     CommandRow{"registers", "Show the registers of the design: width, direction, value",
-               "quillon registers gen --set FG_GEN_ROLL=3", quillon::tool::makeRegistersCommand},
+               "quillon registers gen --set FG_GEN_ROLL=3", quillon::tool::makeRegistersCommand, kJson},
     CommandRow{"acquire", "Acquire pictures, save them and print statistics",
                "quillon acquire -n 20 --set FG_WIDTH=512 --set FG_HEIGHT=384 --output out/frame_%03d.png",
                quillon::tool::makeAcquireCommand},
     CommandRow{"save", "Save the parameters to a configuration file (.mcf)",
-               "quillon save camera.mcf --set FG_WIDTH=512", quillon::tool::makeSaveCommand},
+               "quillon save camera.mcf --set FG_WIDTH=512", quillon::tool::makeSaveCommand, kPort},
     CommandRow{"set", "Set parameters in a configuration file",
-               "quillon set --config camera.mcf FG_WIDTH=512 FG_HEIGHT=384", quillon::tool::makeSetCommand},
+               "quillon set --config camera.mcf FG_WIDTH=512 FG_HEIGHT=384", quillon::tool::makeSetCommand, kPort},
     CommandRow{"diff", "Compare a configuration file with the defaults, or two of them; exit code 1 when they differ",
-               "quillon diff camera.mcf", quillon::tool::makeDiffCommand},
+               "quillon diff camera.mcf", quillon::tool::makeDiffCommand, kJson},
     CommandRow{"xml", "Print the GenICam description of the parameters",
-               "quillon xml --output parameters.xml", quillon::tool::makeXmlCommand},
+               "quillon xml --output parameters.xml", quillon::tool::makeXmlCommand, kPort},
     CommandRow{"tree", "Print the groups of the parameters as a tree",
-               "quillon tree", quillon::tool::makeTreeCommand},
+               "quillon tree", quillon::tool::makeTreeCommand, kJson | kPort},
     CommandRow{"lut", "Show, save and load the knee curve",
-               "quillon lut show --set FG_KNEE_LUT_GAMMA=2 --output curve.png", quillon::tool::makeLutCommand},
+               "quillon lut show --set FG_KNEE_LUT_GAMMA=2 --output curve.png", quillon::tool::makeLutCommand, kJson},
+    CommandRow{"help", "Show the help of a command, or the manual page",
+               "quillon help acquire", quillon::tool::makeHelpCommand},
 };
 // clang-format on
+
+/// First word of a command line that a shell wants to be completed; it stands in no help.
+constexpr const char* kComplete = "__complete";
+
+constexpr int kHighestBoard = 255;
 
 constexpr const char* kFooter =
     "Opening the board sets every parameter to its default, and nothing outlives the command: --config FILE brings\n"
@@ -101,6 +121,33 @@ int flushOutput(int exitCode) {
     return report(quillon::tool::kExitEnvironment, "the output could not be written: " + why);
 }
 
+/// Prints what the last of the words can become, one a line.
+int complete(const CLI::App& app, const std::vector<std::string>& words) {
+    for (const std::string& text : quillon::tool::completions(app, words)) fmt::print("{}\n", text);
+    return flushOutput(quillon::tool::kExitOk);
+}
+
+/// The options of every command; they may stand before and behind its name.
+void addGlobalOptions(CLI::App& app, std::string& appletPath, SessionOptions& options) {
+    app.set_version_flag("--version", "quillon " QUILLON_VERSION);
+    app.add_option("--applet", appletPath, "applet library; the default is the one installed with this program")
+        ->type_name("PATH");
+    app.add_option("--board", options.board, "board to open")
+        ->check(CLI::Range(0, kHighestBoard))
+        ->type_name("N")
+        ->capture_default_str();
+    app.add_flag("--trace", options.isTraced, "print every call of the applet, with arguments and result, to stderr");
+}
+
+void addCommonOptions(CLI::App& command, unsigned chosen, SessionOptions& options) {
+    if ((chosen & kJson) != 0) command.add_flag("--json", options.isJson, "print a JSON document");
+    if ((chosen & kPort) == 0) return;
+    command.add_option("--port", options.port, "camera port")
+        ->check(CLI::Range(0, 1))
+        ->type_name("PORT")
+        ->capture_default_str();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -108,28 +155,30 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app("Runs a frame grabber applet from the command line.", "quillon");
-    app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.footer(kFooter);
     app.require_subcommand(1);
     std::string appletPath;
-    app.add_option("--applet", appletPath, "applet library; the default is the one installed with this program")
-        ->type_name("PATH");
+    SessionOptions sessionOptions;
+    addGlobalOptions(app, appletPath, sessionOptions);
     std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>> commands;
     for (const CommandRow& row : kCommands) {
         CLI::App* options = app.add_subcommand(row.name, row.summary);
         options->fallthrough();
         options->footer(fmt::format("Example:\n  {}", row.example));
+        addCommonOptions(*options, row.options, sessionOptions);
         commands.emplace_back(options, row.make(*options));
     }
+    if (argc > 1 && std::strcmp(argv[1], kComplete) == 0) return complete(app, {argv + 2, argv + argc});
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         const int result = app.exit(error);
         return result == 0 ? flushOutput(0) : quillon::tool::kExitUsage;
     }
+    sessionOptions.appletPath = appletPath;
     for (const auto& [options, command] : commands) {
         if (!options->parsed()) continue;
-        Session session(appletPath);
+        Session session(sessionOptions);
         return flushOutput(runGuarded(*command, session));
     }
     return quillon::tool::kExitUsage;
