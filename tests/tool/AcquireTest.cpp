@@ -151,8 +151,8 @@ TEST_F(AcquireTest, FewBuffersStillGiveWholePicturesAndCountTheRest) {
     }
     // What was not saved is accounted for.
     const auto missed = 200 - outputs().size();
-    EXPECT_THAT(result.output, HasSubstr(std::string("lost      ") + std::to_string(missed)));
-    EXPECT_THAT(result.output, HasSubstr(std::string("pictures  ") + std::to_string(outputs().size()) + " of 200"));
+    EXPECT_THAT(result.output, HasSubstr(std::string("lost        ") + std::to_string(missed)));
+    EXPECT_THAT(result.output, HasSubstr(std::string("pictures    ") + std::to_string(outputs().size()) + " of 200"));
 }
 
 TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
@@ -190,7 +190,7 @@ TEST_F(AcquireTest, ClosedLinkEndsWithATimeOut) {
         {{"TAVO_SIM_LINK", "0"}});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.errors, AllOf(HasSubstr("picture 1 did not arrive within 1 s"), HasSubstr("link is closed")));
-    EXPECT_THAT(result.output, HasSubstr("pictures  0 of 1"));
+    EXPECT_THAT(result.output, HasSubstr("pictures    0 of 1"));
 }
 
 TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
@@ -203,7 +203,7 @@ TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("p1." + ending), HasSubstr("File too large")));
         EXPECT_THAT(outputs(), IsEmpty());
-        EXPECT_THAT(result.output, HasSubstr("pictures  0 of 3"));
+        EXPECT_THAT(result.output, HasSubstr("pictures    0 of 3"));
     }
 }
 
@@ -213,7 +213,7 @@ TEST_F(AcquireTest, UnusableOutputsAreRefusedBeforeTheBoardOpens) {
     const ToolResult result = runTool({"acquire", "--output", file + "/p.png"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.errors, HasSubstr("cannot create the output folder " + file));
-    for (const std::string pattern : {"p.png", "p%d.tif", "p%d", "p%s.png", "p%d_%d.png", "p%", "p%99999999999d.png"}) {
+    for (const std::string pattern : {"p.png", "p%d.jpg", "p%d", "p%s.png", "p%d_%d.png", "p%", "p%99999999999d.png"}) {
         SCOPED_TRACE(pattern);
         const ToolResult refused = runTool({"acquire", "-n", "2", "--output", (mFolder / pattern).string()});
         EXPECT_EQ(refused.exitCode, 2);

@@ -52,7 +52,7 @@ void readPage(const std::string& path, Pages& pages) {
 
 Pages readPages() {
     Pages pages;
-    for (const char* name : {"camera-side.md", "knee.md", "files.md"}) {
+    for (const char* name : {"camera-side.md", "knee.md", "files.md", "acquire.md"}) {
         readPage(std::string(QUILLON_SOURCE "/docs/") + name, pages);
     }
     return pages;

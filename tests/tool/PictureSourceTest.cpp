@@ -111,7 +111,7 @@ TEST_F(PictureSourceTest, GeneratorNeedsNoCamera) {
     },
         {{"TAVO_SIM_LINK", "0"}});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, HasSubstr("pictures  3 of 3"));
+    EXPECT_THAT(result.output, HasSubstr("pictures    3 of 3"));
 }
 
 TEST_F(PictureSourceTest, MatchingReadoutRestoresEveryGeometryAndUnchangedDoesNot) {
@@ -134,7 +134,7 @@ TEST_F(PictureSourceTest, FramesThatTheSelectorLeavesOutAreNoLoss) {
     const std::vector<GrayPicture> inputs = readFolder(camera);
     EXPECT_EQ(acquire(4, {"--camera", camera}, {"FG_IMG_SELECT_PERIOD=2", "FG_IMG_SELECT=1"}),
               (std::vector{inputs[1], inputs[0], inputs[2], inputs[1]}));
-    EXPECT_THAT(mResult.output, HasSubstr("lost      0"));
+    EXPECT_THAT(mResult.output, HasSubstr("lost        0"));
     const ToolResult none =
         runTool({"acquire", "--timeout", "1", "--set", "FG_IMG_SELECT_PERIOD=2", "FG_IMG_SELECT=2"});
     EXPECT_EQ(none.exitCode, 3);

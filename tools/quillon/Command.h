@@ -33,6 +33,8 @@ std::unique_ptr<Command> makeDoctorCommand(CLI::App& options);
 std::unique_ptr<Command> makeHelpCommand(CLI::App& options);
 std::unique_ptr<Command> makeRegistersCommand(CLI::App& options);
 std::unique_ptr<Command> makeAcquireCommand(CLI::App& options);
+std::unique_ptr<Command> makeViewCommand(CLI::App& options);
+std::unique_ptr<Command> makeShellCommand(CLI::App& options);
 std::unique_ptr<Command> makeSaveCommand(CLI::App& options);
 std::unique_ptr<Command> makeSetCommand(CLI::App& options);
 std::unique_ptr<Command> makeDiffCommand(CLI::App& options);

@@ -7,17 +7,13 @@
 #include <cmath>
 #include <span>
 #include <string_view>
-#include <utility>
 
-#include "PixelFont.h"
+#include "Canvas.h"
 
 namespace quillon::tool {
 
 namespace {
 
-constexpr int kFontScale = 2;
-constexpr int kLetterAdvance = (kGlyphWidth + 1) * kFontScale;
-constexpr int kLetterHeight = kGlyphHeight * kFontScale;
 /// The square in which the curves run.
 constexpr int kPlotSide = 512;
 constexpr int kPlotLeft = 84;
@@ -32,41 +28,6 @@ constexpr std::byte kInk{0};
 
 constexpr std::array<std::string_view, 5> kTickLabels{"0", "0.25", "0.5", "0.75", "1"};
 
-/// Paper to draw on; what lies beyond its edges is lost.
-class Canvas {
-public:
-    void plot(int x, int y, std::byte gray) {
-        if (x < 0 || y < 0 || x >= static_cast<int>(kChartWidth) || y >= static_cast<int>(kChartHeight)) return;
-        mPixels[static_cast<size_t>(y) * kChartWidth + static_cast<size_t>(x)] = gray;
-    }
-
-    void fill(int x, int y, int width, int height, std::byte gray) {
-        for (int row = y; row < y + height; ++row) {
-            for (int column = x; column < x + width; ++column) plot(column, row, gray);
-        }
-    }
-
-    void write(int x, int y, std::string_view text) {
-        for (const char letter : text) {
-            const Glyph glyph = glyphOf(letter);
-            for (int row = 0; row < kGlyphHeight; ++row) {
-                for (int column = 0; column < kGlyphWidth; ++column) {
-                    if ((glyph[static_cast<size_t>(row)] >> (kGlyphWidth - 1 - column) & 1) == 0) continue;
-                    fill(x + column * kFontScale, y + row * kFontScale, kFontScale, kFontScale, kInk);
-                }
-            }
-            x += kLetterAdvance;
-        }
-    }
-
-    std::vector<std::byte> takePixels() { return std::move(mPixels); }
-
-private:
-    std::vector<std::byte> mPixels = std::vector<std::byte>(size_t{kChartWidth} * kChartHeight, kPaper);
-};
-
-int textWidth(std::string_view text) { return static_cast<int>(text.size()) * kLetterAdvance; }
-
 void drawAxes(Canvas& canvas) {
     constexpr int kSteps = static_cast<int>(kTickLabels.size()) - 1;
     for (int i = 0; i <= kSteps; ++i) {
@@ -76,8 +37,9 @@ void drawAxes(Canvas& canvas) {
         canvas.fill(kPlotLeft, kPlotBottom - distance, kPlotSide, 1, kGrid);
         canvas.fill(kPlotLeft + distance, kPlotBottom, 1, kTickLength, kInk);
         canvas.fill(kPlotLeft - kTickLength, kPlotBottom - distance, kTickLength, 1, kInk);
-        canvas.write(kPlotLeft + distance - textWidth(label) / 2, kPlotBottom + 2 * kTickLength, label);
-        canvas.write(kPlotLeft - 2 * kTickLength - textWidth(label), kPlotBottom - distance - kLetterHeight / 2, label);
+        canvas.write(kPlotLeft + distance - Canvas::textWidth(label) / 2, kPlotBottom + 2 * kTickLength, label);
+        canvas.write(kPlotLeft - 2 * kTickLength - Canvas::textWidth(label),
+                     kPlotBottom - distance - Canvas::textHeight() / 2, label);
     }
     canvas.fill(kPlotLeft, kPlotBottom, kPlotSide + 1, 1, kInk);
     canvas.fill(kPlotLeft, kPlotTop, 1, kPlotSide, kInk);
@@ -104,7 +66,7 @@ void drawCurve(Canvas& canvas, std::span<const double> points, std::byte gray) {
 
 std::vector<std::byte> drawChart(const KneeChart& chart) {
     const host::KneeProcessing& processing = chart.processing;
-    Canvas canvas;
+    Canvas canvas(kChartWidth, kChartHeight);
     canvas.write(10, 8,
                  fmt::format("offset {:.5g}  gain {:.5g}  gamma {:.5g}{}", processing.offset, processing.gain,
                              processing.gamma, processing.isInverted ? "  inverted" : ""));
@@ -113,7 +75,7 @@ std::vector<std::byte> drawChart(const KneeChart& chart) {
     drawCurve(canvas, chart.base, kBaseCurve);
     drawCurve(canvas, chart.result, kInk);
     constexpr std::string_view kInputTitle = "input (fraction of full scale)";
-    canvas.write(kPlotLeft + (kPlotSide - textWidth(kInputTitle)) / 2, kPlotBottom + 34, kInputTitle);
+    canvas.write(kPlotLeft + (kPlotSide - Canvas::textWidth(kInputTitle)) / 2, kPlotBottom + 34, kInputTitle);
     canvas.write(kPlotLeft, kPlotBottom + 58, "black: in effect   gray: base curve");
     return canvas.takePixels();
 }

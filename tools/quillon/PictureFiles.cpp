@@ -1,19 +1,16 @@
 #include "PictureFiles.h"
 
 #include <fmt/format.h>
-#include <png.h>
 #include <strings.h>
 #include <unistd.h>
-#include <zlib.h>
 
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
-#include <tuple>
 
-#include "FileBeside.h"
 #include "ToolError.h"
 
 namespace quillon::tool {
@@ -22,65 +19,48 @@ namespace {
 
 constexpr int kMostDigits = 9;
 
+struct FormatRow {
+    const char* ending;
+    PictureFormat format;
+};
+constexpr std::array kFormats{
+    FormatRow{".png",  PictureFormat::Png },
+    FormatRow{".pgm",  PictureFormat::Pgm },
+    FormatRow{".tif",  PictureFormat::Tiff},
+    FormatRow{".tiff", PictureFormat::Tiff},
+    FormatRow{".raw",  PictureFormat::Raw },
+};
+
 [[noreturn]] void refusePattern(const std::string& pattern, const char* why) {
     throw ToolError(kExitUsage,
                     fmt::format("the output '{}' cannot be used: {}; for example out/frame_%03d.png", pattern, why));
 }
 
-void writePgm(FILE* file, const Picture& picture) {
-    // A short write shows in the stream's error flag.
-    std::ignore = std::fprintf(file, "P5\n%u %u\n255\n", picture.width, picture.height);
-    std::ignore = std::fwrite(picture.pixels.data(), 1, picture.pixels.size(), file);
+bool writeRaw(FILE* file, const Picture& picture) {
+    return std::fwrite(picture.pixels.data(), 1, picture.pixels.size(), file) == picture.pixels.size();
 }
 
-void encodePng(png_struct* png, png_info* info, FILE* file, const Picture& picture) {
-    png_init_io(png, file);
-    png_set_IHDR(png, info, picture.width, picture.height, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
-                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    // Speed before size: differences of neighbours, runs and Huffman codes, no search for matches.
-    png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
-    png_set_compression_level(png, Z_BEST_SPEED);
-    png_set_compression_strategy(png, Z_RLE);
-    png_write_info(png, info);
-    const auto* row = reinterpret_cast<const png_byte*>(picture.pixels.data());
-    for (uint32_t y = 0; y < picture.height; ++y) png_write_row(png, row + size_t{y} * picture.width);
-    png_write_end(png, info);
-}
-
-void ignoreMessage(png_struct*, const char*) {}
-
-void leaveEncoder(png_struct* png, const char*) { png_longjmp(png, 1); }
-
-/// \return whether the encoder ran to its end
-bool writePng(FILE* file, const Picture& picture) {
-    png_struct* png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, leaveEncoder, ignoreMessage);
-    png_info* info = png == nullptr ? nullptr : png_create_info_struct(png);
-    if (info == nullptr) {
-        png_destroy_write_struct(&png, nullptr);
-        return false;
-    }
-    if (setjmp(png_jmpbuf(png)) != 0) {
-        png_destroy_write_struct(&png, &info);
-        return false;
-    }
-    encodePng(png, info, file, picture);
-    png_destroy_write_struct(&png, &info);
-    return true;
+bool writePgm(FILE* file, const Picture& picture) {
+    return std::fprintf(file, "P5\n%u %u\n255\n", picture.width, picture.height) > 0 && writeRaw(file, picture);
 }
 
 }  // namespace
 
-PictureFiles::PictureFiles(const std::string& pattern) {
+PictureFiles::Stack::Stack(const std::filesystem::path& path, bool isLarge)
+    : file(path), pages(file.stream(), isLarge) {
+    // Nothing of a picture that failed may wait for a later write.
+    std::setvbuf(file.stream(), nullptr, _IONBF, 0);
+}
+
+PictureFiles::PictureFiles(const std::string& pattern, PngEffort effort) : mEffort(effort) {
     parse(pattern);
-    const std::filesystem::path name = path(1);
-    const std::string ending = name.extension().string();
-    if (strcasecmp(ending.c_str(), ".png") == 0) {
-        mFormat = Format::Png;
-    } else if (strcasecmp(ending.c_str(), ".pgm") == 0) {
-        mFormat = Format::Pgm;
-    } else {
-        refusePattern(pattern, "its ending is neither .png nor .pgm");
+    const std::string ending = path(1).extension().string();
+    for (const FormatRow& row : kFormats) {
+        if (strcasecmp(ending.c_str(), row.ending) != 0) continue;
+        mFormat = row.format;
+        return;
     }
+    refusePattern(pattern, "its ending is none of .png, .pgm, .tif, .tiff and .raw");
 }
 
 void PictureFiles::parse(const std::string& pattern) {
@@ -131,16 +111,51 @@ void PictureFiles::prepareFolder() const {
     }
 }
 
-void PictureFiles::write(int number, const Picture& picture) const {
+bool PictureFiles::encode(FILE* file, const Picture& picture) const {
+    switch (mFormat) {
+        case PictureFormat::Png:
+            return writePng(file, picture, mEffort);
+        case PictureFormat::Pgm:
+            return writePgm(file, picture);
+        case PictureFormat::Tiff:
+            return TiffPages(file, false).append(picture);
+        case PictureFormat::Raw:
+            break;
+    }
+    return writeRaw(file, picture);
+}
+
+void PictureFiles::write(int number, const Picture& picture) {
+    if (isOneFileForAll()) {
+        append(picture);
+        return;
+    }
     const std::filesystem::path target = path(number);
     NewFile file(target);
     errno = 0;
-    if (mFormat == Format::Pgm) {
-        writePgm(file.stream(), picture);
-    } else if (!writePng(file.stream(), picture)) {
-        refuseFile(target, errno == 0 ? EINVAL : errno);
-    }
+    if (!encode(file.stream(), picture)) refuseFile(target, errno == 0 ? EINVAL : errno);
     file.complete();
+}
+
+void PictureFiles::append(const Picture& picture) {
+    if (!mStack) mStack.emplace(path(1), mIsLarge);
+    FILE* file = mStack->file.stream();
+    errno = 0;
+    const bool isWritten = mFormat == PictureFormat::Tiff ? mStack->pages.append(picture) : writeRaw(file, picture);
+    const int problem = errno == 0 ? EIO : errno;
+    if (isWritten && fseeko(file, 0, SEEK_END) == 0) {
+        mStack->end = ftello(file);
+        return;
+    }
+    std::clearerr(file);
+    if (mStack->end == 0 || ftruncate(fileno(file), mStack->end) != 0) mStack.reset();
+    refuseFile(path(1), problem);
+}
+
+void PictureFiles::complete() {
+    if (!mStack) return;
+    mStack->file.complete();
+    mStack.reset();
 }
 
 }  // namespace quillon::tool

@@ -1,8 +1,7 @@
 #include "Recording.h"
 
 #include <algorithm>
-
-#include "ToolError.h"
+#include <utility>
 
 namespace quillon::tool {
 
@@ -13,32 +12,30 @@ constexpr std::chrono::milliseconds kClockTolerance{50};
 
 }  // namespace
 
-Recording::Recording(host::Acquisition& acquisition, const StopSignals& signals, const RecordingPlan& plan)
-    : mAcquisition(acquisition), mSignals(signals), mPlan(plan) {}
+Recording::Recording(host::Acquisition& acquisition, std::stop_token stop, const RecordingPlan& plan,
+                     RecordingProgress& progress)
+    : mAcquisition(acquisition), mStop(std::move(stop)), mPlan(plan), mProgress(progress) {}
 
 RecordingReport Recording::run() {
-    try {
-        while (!mIsEnded && mNext <= mPlan.pictures) {
-            if (waitForNext()) take();
-        }
-    } catch (const ToolError& error) {
-        mReport.problem = error.what();
-        end(RecordingEnd::FileFailed);
+    while (!mIsEnded && mNext <= mPlan.pictures) {
+        if (waitForNext()) take();
+        mProgress.taken = mReport.pictures + mReport.incomplete;
+        mProgress.lost = mReport.lost();
     }
     return mReport;
 }
 
 bool Recording::waitForNext() {
-    if (mSignals.received() != 0) {
-        end(RecordingEnd::Interrupted);
+    if (mStop.stop_requested()) {
+        end(RecordingEnd::Stopped);
         return false;
     }
     const Clock::time_point deadline = Clock::now() + std::chrono::seconds(mPlan.timeoutSeconds) - kClockTolerance;
     const frameindex_t last = mAcquisition.waitFor(mNext, mPlan.timeoutSeconds);
     if (last >= mNext) return true;
-    // The library's codes for a time-out and for a stop are its own: the clock and the signal tell them apart.
-    if (mSignals.received() != 0) {
-        end(RecordingEnd::Interrupted);
+    // The library's codes for a time-out and for a stop are its own: the clock and the request tell them apart.
+    if (mStop.stop_requested()) {
+        end(RecordingEnd::Stopped);
     } else if (Clock::now() >= deadline) {
         end(RecordingEnd::TimedOut, last);
     } else {
@@ -48,29 +45,52 @@ bool Recording::waitForNext() {
 }
 
 void Recording::take() {
+    std::optional<PictureWriter::Pixels> place;
+    if (mPlan.writer != nullptr) {
+        place = mPlan.writer->takePlace(mStop);
+        if (!place) {
+            end(mStop.stop_requested() ? RecordingEnd::Stopped : RecordingEnd::FileFailed);
+            return;
+        }
+    }
     const host::Frame frame = mAcquisition.frame(mNext);
-    // A copy, because the board may come round to the buffer while a file is written.
-    if (mPlan.files != nullptr) mPixels.assign(frame.bytes.begin(), frame.bytes.end());
+    const bool isWhole = copy(frame, place ? &*place : nullptr);
     if (mAcquisition.isOverwritten(mNext)) {
-        skipToNewest();
+        if (place) mPlan.writer->giveBack(std::move(*place));
+        skipToNewest(place && mPlan.writer->hasWaited());
         return;
     }
-    const Clock::time_point now = Clock::now();
-    if (!mFirstTaken) mFirstTaken = now;
-    mReport.seconds = std::chrono::duration<double>(now - *mFirstTaken).count();
-    countTag(frame);
-    if (frame.length != size_t{mPlan.width} * mPlan.height) {
-        ++mReport.incomplete;
-    } else {
-        if (mPlan.files != nullptr) mPlan.files->write(mNext, {mPlan.width, mPlan.height, mPixels});
+    count(frame);
+    if (isWhole) {
         ++mReport.pictures;
+        if (place) mPlan.writer->write(mNext, std::move(*place));
+    } else {
+        ++mReport.incomplete;
+        if (place) mPlan.writer->giveBack(std::move(*place));
     }
     ++mNext;
 }
 
-void Recording::skipToNewest() {
-    if (mSignals.received() != 0) {
-        end(RecordingEnd::Interrupted);
+bool Recording::copy(const host::Frame& frame, std::vector<std::byte>* place) {
+    // Copies, because the board may come round to the buffer while they are written.
+    if (frame.length != size_t{mPlan.width} * mPlan.height) return false;
+    if (place != nullptr) place->assign(frame.bytes.begin(), frame.bytes.end());
+    if (mPlan.keepsLast) mLastPicture.assign(frame.bytes.begin(), frame.bytes.end());
+    return true;
+}
+
+void Recording::count(const host::Frame& frame) {
+    const Clock::time_point now = Clock::now();
+    if (!mFirstTaken) mFirstTaken = now;
+    mReport.seconds = std::chrono::duration<double>(now - *mFirstTaken).count();
+    const bool isNext = mTaggedPicture + 1 == frame.number && frame.tag - mTag == mPlan.framesPerPicture;
+    mReport.intervals.add(frame.timeStamp, frame.number, isNext);
+    countTag(frame);
+}
+
+void Recording::skipToNewest(bool wasDiskSlow) {
+    if (mStop.stop_requested()) {
+        end(RecordingEnd::Stopped);
         return;
     }
     const frameindex_t newest = mAcquisition.lastPicture();
@@ -79,7 +99,7 @@ void Recording::skipToNewest() {
         return;
     }
     const frameindex_t next = std::max(newest, mNext + 1);
-    mReport.overwritten += static_cast<uint64_t>(next - mNext);
+    (wasDiskSlow ? mReport.slowDisk : mReport.overwritten) += static_cast<uint64_t>(next - mNext);
     mNext = next;
 }
 
@@ -98,6 +118,8 @@ void Recording::end(RecordingEnd reason, int code) {
     mReport.end = reason;
     mReport.code = code;
     mReport.waitedFor = mNext;
+    if (reason == RecordingEnd::Stopped) ++mReport.stops;
+    if (reason == RecordingEnd::TimedOut) ++mReport.timeOuts;
     mIsEnded = true;
 }
 

@@ -11,6 +11,7 @@ StopSignals::StopSignals() {
     sigaddset(&mSignals, SIGINT);
     sigaddset(&mSignals, SIGTERM);
     sigaddset(&mSignals, SIGHUP);
+    sigaddset(&mSignals, SIGQUIT);
     pthread_sigmask(SIG_BLOCK, &mSignals, &mFormerMask);
     mWatcher = std::thread([this] { watch(); });
 }
@@ -20,6 +21,11 @@ StopSignals::~StopSignals() {
     pthread_kill(mWatcher.native_handle(), SIGINT);  // wakes the watcher only
     mWatcher.join();
     pthread_sigmask(SIG_SETMASK, &mFormerMask, nullptr);
+}
+
+void StopSignals::forget(int signal) {
+    const std::lock_guard lock(mLock);
+    if (mReceived == signal) mReceived = 0;
 }
 
 void StopSignals::setAction(std::function<void()> action) {

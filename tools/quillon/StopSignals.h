@@ -19,6 +19,8 @@ public:
 
     /// \return the signal that came, or 0
     [[nodiscard]] int received() const { return mReceived; }
+    /// Forgets that \p signal came.
+    void forget(int signal);
 
     /// Runs \p action in another thread when a signal comes, at once when one has come already. An empty action
     /// takes the former one back; it is not running any more when this returns.
