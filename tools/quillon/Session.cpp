@@ -54,17 +54,39 @@ std::string explainOpenFailure(const host::AppletLibrary& applet, const host::Ho
 
 }  // namespace
 
-std::filesystem::path installedAppletPath() {
+namespace {
+
+std::filesystem::path installedApplet(const std::filesystem::path& tree) {
     std::error_code problem;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", problem);
     if (problem) throw ToolError(kExitEnvironment, "cannot find this program's own folder; use --applet PATH");
-    return program.parent_path().parent_path() / "Hardware Applets" / "fabrixIV" / "libQuillon.so";
+    return program.parent_path().parent_path() / tree / "Hardware Applets" / "fabrixIV" / "libQuillon.so";
 }
 
-Session::Session(const std::filesystem::path& appletPath) : mAppletPath(appletPath) {}
+}  // namespace
+
+std::filesystem::path installedAppletPath() { return installedApplet({}); }
+
+std::filesystem::path simulationAppletPath() {
+    std::filesystem::path path = installedApplet(std::filesystem::path("lib") / "quillon-simulation");
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) {
+        throw ToolError(kExitEnvironment,
+                        fmt::format("the software board is not installed: there is no {}\n  install the package "
+                                    "quillon-simulation",
+                                    path.string()));
+    }
+    return path;
+}
+
+Session::Session(const std::filesystem::path& appletPath, bool isSimulated)
+    : mAppletPath(appletPath), mIsSimulated(isSimulated) {}
 
 const host::AppletLibrary& Session::applet() {
-    if (!mApplet) mApplet.emplace(mAppletPath.empty() ? installedAppletPath() : mAppletPath);
+    if (!mApplet) {
+        if (mIsSimulated) mAppletPath = simulationAppletPath();
+        mApplet.emplace(mAppletPath.empty() ? installedAppletPath() : mAppletPath);
+    }
     return *mApplet;
 }
 

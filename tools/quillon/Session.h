@@ -15,7 +15,8 @@ namespace quillon::tool {
 class Session {
 public:
     /// \param appletPath applet library; an empty path is the applet of the installation that the tool is in
-    explicit Session(const std::filesystem::path& appletPath);
+    /// \param isSimulated use the applet in the software board's tree instead, whatever the path
+    explicit Session(const std::filesystem::path& appletPath, bool isSimulated = false);
 
     /// \throws host::HostError when the library is no applet
     const host::AppletLibrary& applet();
@@ -29,12 +30,17 @@ public:
 
 private:
     std::filesystem::path mAppletPath;
+    const bool mIsSimulated;
     std::optional<host::AppletLibrary> mApplet;
     std::optional<host::Grabber> mGrabber;
 };
 
 /// \return the applet of the installation tree that this program is in
 std::filesystem::path installedAppletPath();
+
+/// \return the applet library of the software board's own tree, which the package quillon-simulation installs
+/// \throws ToolError when that tree is not installed
+std::filesystem::path simulationAppletPath();
 
 /// \return the parameter of this name
 /// \throws ToolError that suggests other names when there is none

@@ -112,8 +112,11 @@ int main(int argc, char** argv) {
     app.footer(kFooter);
     app.require_subcommand(1);
     std::string appletPath;
+    bool isSimulated = false;
     app.add_option("--applet", appletPath, "applet library; the default is the one installed with this program")
         ->type_name("PATH");
+    app.add_flag("--simulate", isSimulated, "use the installed software board instead of the bench's hardware")
+        ->excludes("--applet");
     std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>> commands;
     for (const CommandRow& row : kCommands) {
         CLI::App* options = app.add_subcommand(row.name, row.summary);
@@ -129,7 +132,7 @@ int main(int argc, char** argv) {
     }
     for (const auto& [options, command] : commands) {
         if (!options->parsed()) continue;
-        Session session(appletPath);
+        Session session(appletPath, isSimulated);
         return flushOutput(runGuarded(*command, session));
     }
     return quillon::tool::kExitUsage;
