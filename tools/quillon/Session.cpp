@@ -54,20 +54,37 @@ std::string explainOpenFailure(const host::AppletLibrary& applet, const host::Ho
     return text;
 }
 
-}  // namespace
-
-std::filesystem::path installedAppletPath() {
+/// \param tree folder of an installation tree below that of this program
+std::filesystem::path installedApplet(const std::filesystem::path& tree) {
     std::error_code problem;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", problem);
     if (problem) throw ToolError(kExitEnvironment, "cannot find this program's own folder; use --applet PATH");
-    return program.parent_path().parent_path() / "Hardware Applets" / "fabrixIV" / "libQuillon.so";
+    return program.parent_path().parent_path() / tree / "Hardware Applets" / "fabrixIV" / "libQuillon.so";
+}
+
+}  // namespace
+
+std::filesystem::path installedAppletPath() { return installedApplet({}); }
+
+std::filesystem::path simulationAppletPath() {
+    std::filesystem::path path = installedApplet(std::filesystem::path("lib") / "quillon-simulation");
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) {
+        throw ToolError(kExitEnvironment,
+                        fmt::format("the software board is not installed: there is no {}\n  install the package "
+                                    "quillon-simulation",
+                                    path.string()));
+    }
+    return path;
 }
 
 Session::Session(SessionOptions options) : mOptions(std::move(options)) {}
 
 const host::AppletLibrary& Session::applet() {
     if (!mApplet) {
-        mApplet.emplace(mOptions.appletPath.empty() ? installedAppletPath() : mOptions.appletPath);
+        const bool isChosen = !mOptions.appletPath.empty();
+        const auto installed = [&] { return mOptions.isSimulated ? simulationAppletPath() : installedAppletPath(); };
+        mApplet.emplace(isChosen ? mOptions.appletPath : installed());
         if (mOptions.isTraced) mApplet->traceCalls(stderr);
     }
     return *mApplet;

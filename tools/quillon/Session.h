@@ -14,6 +14,7 @@ namespace quillon::tool {
 /// What the options of every command say.
 struct SessionOptions {
     std::filesystem::path appletPath;  ///< empty: the applet of the installation that the tool is in
+    bool isSimulated = false;          ///< with an empty path: the applet of the software board's tree
     int board = 0;
     int port = 0;
     bool isJson = false;    ///< data is printed as a JSON document
@@ -49,6 +50,10 @@ private:
 
 /// \return the applet of the installation tree that this program is in
 std::filesystem::path installedAppletPath();
+
+/// \return the applet library of the software board's own tree, which the package quillon-simulation installs
+/// \throws ToolError when that tree is not installed
+std::filesystem::path simulationAppletPath();
 
 /// \return the parameter of this name
 /// \throws ToolError that suggests other names when there is none

@@ -136,6 +136,8 @@ void addGlobalOptions(CLI::App& app, std::string& appletPath, SessionOptions& op
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.add_option("--applet", appletPath, "applet library; the default is the one installed with this program")
         ->type_name("PATH");
+    app.add_flag("--simulate", options.isSimulated, "use the installed software board, not the bench's hardware")
+        ->excludes("--applet");
     app.add_option("--board", options.board, "board to open")
         ->check(CLI::Range(0, kHighestBoard))
         ->type_name("N")
