@@ -99,5 +99,21 @@ TEST(DocumentedCommandsTest, ExamplesPrintWhatThePageShows) {
     }
 }
 
+TEST(DocumentedCommandsTest, FirstSessionOfTheReadmeRunsAsItStands) {
+    Pages readme;
+    readPage(QUILLON_SOURCE "/README.md", readme);
+    const size_t begin = readme.script.find("quillon doctor");
+    ASSERT_NE(begin, std::string::npos);
+    std::string session = readme.script.substr(begin);
+    const TemporaryFolder made;
+    for (size_t at = 0; (at = session.find(" build/", at)) != std::string::npos;) {
+        session.replace(at + 1, 5, made.path().string());
+    }
+    const ToolResult result = runCommands(session, kPictures);
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(filesIn(made.path()),
+                testing::ElementsAre("camera.mcf", "frame_001.png", "frame_002.png", "frame_003.png", "histogram.png"));
+}
+
 }  // namespace
 }  // namespace tooltest
