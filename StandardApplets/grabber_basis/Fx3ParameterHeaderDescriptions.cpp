@@ -1,6 +1,7 @@
 // The description side of the registry: limits, flags, groups and the information tree.
 #include <array>
 #include <cstdio>
+#include <new>
 #include <span>
 #include <tuple>
 
@@ -191,9 +192,11 @@ void Fx3ParameterHeader::addLeaf(Fx3Parameter& record, int port, RegisterInfo* g
         RegisterInfo* node = paramInfo->addInfoEnum(group, leaf, entries->NbEnum[index]);
         for (int i = 0; node != nullptr && i < entries->NbEnum[index]; ++i) {
             const auto k = static_cast<size_t>(i);
-            paramInfo->addEnumNameValue(node, i, entries->valueNameTable[index][k].c_str(),
-                                        entries->valueIdTable[index][k],
-                                        textOrNull(entries->valueDefNameTable[index][k]));
+            const int added = paramInfo->addEnumNameValue(node, i, entries->valueNameTable[index][k].c_str(),
+                                                          entries->valueIdTable[index][k],
+                                                          textOrNull(entries->valueDefNameTable[index][k]));
+            // A tree with an entry that has no name must not reach a host.
+            if (added == FG_OUT_OF_RESOURCES) throw std::bad_alloc();
         }
     }
 }

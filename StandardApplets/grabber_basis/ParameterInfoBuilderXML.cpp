@@ -76,6 +76,8 @@ std::string ParameterInfoBuilderXML::build() {
     std::ostringstream out;
     // A host's locale may group the digits of numbers.
     out.imbue(std::locale::classic());
+    // Without this a stream swallows a failed allocation, and the document would lack something unnoticed.
+    out.exceptions(std::ios::badbit);
     buildXMLHeader(out);
     startAppletDescription(out);
     selectParameters();

@@ -1,0 +1,180 @@
+// Any sequence of exported calls on one grabber: any function, port, identifier, type tag and value. What an input
+// means is read from its bytes in order; after the last byte everything is 0.
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "fabrix/applet.h"
+#include "fuzz/Scratch.h"
+#include "tests/faults/FaultyRuntime.h"
+
+namespace {
+
+constexpr int kMostCalls = 48;
+constexpr size_t kValueBytes = 2048;  // more than any read writes
+constexpr std::array kPorts{0, 1, -1, 2, 2147483647, 0, 0, 1};
+
+class Bytes {
+public:
+    Bytes(const uint8_t* data, size_t size) : mNext(data), mLeft(size) {}
+    [[nodiscard]] bool isEmpty() const { return mLeft == 0; }
+    template <class Number>
+    Number take() {
+        Number number{};
+        const size_t count = std::min(sizeof number, mLeft);
+        if (count > 0) std::memcpy(&number, mNext, count);
+        mNext += count;
+        mLeft -= count;
+        return number;
+    }
+
+private:
+    const uint8_t* mNext;
+    size_t mLeft;
+};
+
+class Host {
+public:
+    explicit Host(Bytes bytes) : mBytes(bytes) { open(); }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+    ~Host() { Fg_FreeGrabber(&mGrabber); }
+
+    void run() {
+        for (int i = 0; i < kMostCalls && !mBytes.isEmpty(); ++i) call();
+    }
+
+private:
+    using Call = void (Host::*)();
+
+    void open() {
+        int err = -1;
+        mGrabber.Master = Std_entry(FaultyRuntime::device(), &err, 0);
+        expect(err == 0 && mGrabber.Master != nullptr, "the grabber opens");
+    }
+    int port() { return kPorts[mBytes.take<uint8_t>() % kPorts.size()]; }
+    /// A known parameter, or, one time in eight, any number; the selectors of reads in the two top bits.
+    int id() {
+        const auto choice = mBytes.take<uint8_t>();
+        if (choice % 8 == 7) return mBytes.take<int>();
+        const int index = mBytes.take<uint8_t>() % Fg_getNrOfParameter(&mGrabber);
+        const unsigned selector = choice % 8 == 6 ? static_cast<unsigned>(choice >> 6) << 30 : 0;
+        return static_cast<int>(static_cast<unsigned>(Fg_getParameterId(&mGrabber, index)) | selector);
+    }
+    FgParamTypes tag() {
+        const auto choice = mBytes.take<uint8_t>();
+        return choice < 128 ? FG_PARAM_TYPE_AUTO : static_cast<FgParamTypes>(choice - 128);
+    }
+    /// Memory for a value, with eight fuzzed bytes as a number, or a text of 16.
+    void* value(int parameter) {
+        mValue.fill('\0');
+        if ((static_cast<unsigned>(parameter) & FG_PARAMETER_ID_MASK) == static_cast<unsigned>(FG_KNEE_LUT)) {
+            mCurve.fill(mBytes.take<double>());
+            const KneeLookupTable_s table{mCurve.data(),
+                                          nullptr,
+                                          mBytes.take<uint8_t>() % 4u,
+                                          mBytes.take<uint8_t>() % 8u == 0 ? 1024u : 1025u,
+                                          mBytes.take<uint32_t>(),
+                                          mBytes.take<uint8_t>()};
+            std::memcpy(mValue.data(), &table, sizeof table);
+            return mValue.data();
+        }
+        for (size_t i = 0; i < 16; i += 8) {
+            const auto word = mBytes.take<std::array<char, 8>>();
+            std::copy(word.begin(), word.end(), mValue.begin() + static_cast<long>(i));
+            if (parameter % 2 == 0) break;
+        }
+        std::replace(mValue.begin(), mValue.end(), '/', '_');
+        return mValue.data();
+    }
+    dma_mem* memory() { return mBytes.take<uint8_t>() % 8 == 0 ? nullptr : FaultyRuntime::memory(); }
+
+    void write() {
+        const int parameter = id();
+        Fg_setParameterWithType(&mGrabber, parameter, mBytes.take<uint8_t>() == 255 ? nullptr : value(parameter),
+                                port(), tag());
+    }
+    void read() {
+        const int parameter = id();
+        Fg_getParameterWithType(&mGrabber, parameter, mBytes.take<uint8_t>() == 255 ? nullptr : value(parameter),
+                                port(), tag());
+    }
+    void names() {
+        const auto index = mBytes.take<int>();
+        if (const char* name = Fg_getParameterName(&mGrabber, index); name != nullptr) {
+            expect(Fg_getParameterIdByName(&mGrabber, name) == Fg_getParameterId(&mGrabber, index),
+                   "a name finds its parameter");
+        }
+        Fg_getParameterIdByName(&mGrabber, static_cast<char*>(value(1)));
+    }
+    void document() {
+        size_t size = mBytes.take<uint8_t>() % 2 == 0 ? mBytes.take<uint16_t>() : 400000;
+        std::string buffer(size, '\0');
+        Fg_getParameterInfoXML(&mGrabber, port(), mBytes.take<uint8_t>() % 4 == 0 ? nullptr : buffer.data(), &size);
+    }
+    void tree() { Fg_getParameterInfo(&mGrabber, port()); }
+    void start() {
+        const int path = port();
+        const auto pictures = mBytes.take<frameindex_t>();
+        Fg_AcquireEx(&mGrabber, path, pictures, mBytes.take<uint8_t>() % 4, memory());
+    }
+    void stop() { Fg_stopAcquireEx(&mGrabber, port(), memory(), mBytes.take<int>()); }
+    void status() { Fg_getStatusEx(&mGrabber, mBytes.take<uint8_t>(), mBytes.take<frameindex_t>(), port(), memory()); }
+    void pictures() {
+        Fg_getLastPicNumberEx(&mGrabber, port(), memory());
+        // The runtime's wait with a time-out would last until a stop.
+        Fg_getLastPicNumberBlockingEx(&mGrabber, mBytes.take<frameindex_t>(), port(), 0, memory());
+    }
+    void save() { Fg_saveConfig(&mGrabber, "calls.mcf"); }
+    void load() { Fg_loadConfig(&mGrabber, "calls.mcf"); }
+    void info() {
+        int answer = 0;
+        std::array<const void*, 1> text{};
+        std::array<uintptr_t, 2> target{};
+        const auto question = static_cast<AppletInfos>(mBytes.take<uint16_t>());
+        answer = Info(question, mBytes.take<int>(), mBytes.take<int>(), target.data(), text.data());
+        static_cast<void>(answer);
+    }
+    void shading() {
+        ShadingMaster* const shading = Fg_AllocShading(&mGrabber, mBytes.take<int>(), port());
+        Fg_FreeShading(&mGrabber, shading);
+    }
+    void reopen() {
+        Fg_FreeGrabber(&mGrabber);
+        open();
+    }
+    void error() {
+        Fg_getLastErrorNumber(&mGrabber);
+        expect(Fg_getAppletId(&mGrabber, nullptr) == 172032096, "the applet identifier");
+    }
+
+    void call() {
+        constexpr std::array<Call, 20> kCalls{
+            &Host::write,    &Host::write, &Host::write, &Host::write,    &Host::read,  &Host::read,   &Host::read,
+            &Host::names,    &Host::tree,  &Host::start, &Host::stop,     &Host::start, &Host::stop,   &Host::status,
+            &Host::pictures, &Host::save,  &Host::load,  &Host::document, &Host::info,  &Host::shading};
+        const auto choice = mBytes.take<uint8_t>();
+        if (choice == 255) {
+            reopen();
+        } else if (choice == 254) {
+            error();
+        } else {
+            (this->*kCalls[choice % kCalls.size()])();
+        }
+    }
+
+    Bytes mBytes;
+    Fg_Struct mGrabber{};
+    alignas(double) std::array<char, kValueBytes> mValue{};
+    std::array<double, 1025> mCurve{};
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static FaultyRuntime runtime;
+    Host(Bytes(data, size)).run();
+    expect(runtime.designsOpen() == 0, "every design is unloaded");
+    return 0;
+}
