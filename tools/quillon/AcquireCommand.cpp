@@ -107,7 +107,7 @@ RecordingReport AcquireCommand::acquire(host::Grabber& grabber, AcquisitionRun& 
         });
     };
     const ProgressLine progress(run);
-    const RecordingReport report = run.run(stop.get_token(), giveUp.get_token(), started);
+    RecordingReport report = run.run(stop.get_token(), giveUp.get_token(), started);
     if (triggers.joinable()) {
         triggers.request_stop();
         triggers.join();

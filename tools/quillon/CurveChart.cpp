@@ -21,7 +21,6 @@ constexpr int kPlotTop = 68;
 constexpr int kPlotBottom = kPlotTop + kPlotSide;
 constexpr int kTickLength = 6;
 
-constexpr std::byte kPaper{255};
 constexpr std::byte kGrid{215};
 constexpr std::byte kBaseCurve{150};
 constexpr std::byte kInk{0};
