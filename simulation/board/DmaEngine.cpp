@@ -7,7 +7,7 @@ namespace simulation {
 namespace {
 
 /// A sleeping thread wakes late by about this much; the rest of the way it spins.
-constexpr auto kSpinTime = std::chrono::microseconds(200);
+constexpr auto kSpinTime = std::chrono::microseconds(400);
 
 /// Later than this, a frame is given up: a camera does not wait for a machine that is too slow for it.
 constexpr auto kLargestDelay = std::chrono::seconds(1);

@@ -43,10 +43,11 @@ void Canvas::write(int x, int y, std::string_view text) {
 void Canvas::paste(int x, int y, const Picture& picture, int divisor) {
     const int width = static_cast<int>(picture.width) / divisor;
     const int height = static_cast<int>(picture.height) / divisor;
+    const auto step = static_cast<size_t>(divisor);
     for (int row = 0; row < height; ++row) {
-        const auto line = picture.pixels.subspan(static_cast<size_t>(row * divisor) * picture.width, picture.width);
+        const auto line = picture.pixels.subspan(static_cast<size_t>(row) * step * picture.width, picture.width);
         for (int column = 0; column < width; ++column) {
-            plot(x + column, y + row, line[static_cast<size_t>(column * divisor)]);
+            plot(x + column, y + row, line[static_cast<size_t>(column) * step]);
         }
     }
 }

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace quillon::tool {
@@ -28,7 +29,7 @@ std::string barText(uint64_t taken, uint64_t wanted) {
 }
 
 std::string durationText(double seconds) {
-    const auto whole = static_cast<int64_t>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     if (whole < 60) return fmt::format("{} s", whole);
     if (whole < 3600) return fmt::format("{}:{:02} min", whole / 60, whole % 60);
     return fmt::format("{}:{:02} h", whole / 3600, whole / 60 % 60);
