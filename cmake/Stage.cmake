@@ -15,3 +15,16 @@ function(exported_library target exports)
         -Wl,--version-script=${exports})
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${exports})
 endfunction()
+
+# optimized_whole(TARGET OBJECTS...): in a release build TARGET is optimized across the sources of the object libraries
+# OBJECTS, for a call of a host passes through several small ones. What else links them, the unit tests, does without.
+function(optimized_whole target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_BUILD_TYPE STREQUAL Release)
+        set_target_properties(${target} PROPERTIES QUILLON_WHOLE ON)
+        foreach(objects IN LISTS ARGN)
+            target_compile_options(${objects} PRIVATE -flto=auto -ffat-lto-objects)
+            target_link_options(${objects} INTERFACE
+                $<IF:$<BOOL:$<TARGET_PROPERTY:QUILLON_WHOLE>>,-flto=auto,-fno-lto>)
+        endforeach()
+    endif()
+endfunction()

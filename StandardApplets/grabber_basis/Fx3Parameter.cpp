@@ -100,9 +100,9 @@ int Fx3Parameter::checkByType(const void* value, unsigned int port, FgParamTypes
 int Fx3Parameter::checkInteger(int value, unsigned int port) const {
     const Fx3INTData& limits = *data.intData;
     if (value < limits.from[port] || value > limits.to[port]) return FG_VALUE_OUT_OF_RANGE;
-    // The step counts from 0, not from the minimum. 64 bits, because INT_MIN % -1 does not fit into 32.
-    const int64_t step = limits.step[port];
-    if (step != 0 && int64_t{value} % step != 0) return FG_NOT_A_STEP;
+    // The step counts from 0, not from the minimum. Every number is a multiple of -1, and INT_MIN % -1 has no value.
+    const int step = limits.step[port];
+    if (step != 0 && step != -1 && value % step != 0) return FG_NOT_A_STEP;
     return FG_OK;
 }
 

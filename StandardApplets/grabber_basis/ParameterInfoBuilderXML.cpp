@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <locale>
 #include <map>
+#include <utility>
 
 #include "StandardApplets/grabber_basis/FabrixBoard.h"
 #include "StandardApplets/grabber_basis/Fg_StdMaster.h"
@@ -39,6 +40,7 @@ std::map<int, std::string> entriesOf(const Fx3ENUMData& data, size_t port) {
 
 std::string xmlNameFilter(const std::string& text) {
     std::string name;
+    name.reserve(text.size());
     for (size_t position = 0; position < text.size(); ++position) {
         const char c = text[position];
         if (isLetter(c) || (position != 0 && (isDigit(c) || c == '_'))) name += c;
@@ -87,7 +89,7 @@ std::string ParameterInfoBuilderXML::build() {
     }
     buildCategories(out);
     stopAppletDescription(out);
-    return out.str();
+    return std::move(out).str();
 }
 
 void ParameterInfoBuilderXML::buildXMLHeader(std::ostringstream& out) {
@@ -116,7 +118,9 @@ void ParameterInfoBuilderXML::startAppletDescription(std::ostringstream& out) {
 void ParameterInfoBuilderXML::selectParameters() {
     for (int i = 0; i < mParamHeader.getParamCount(); ++i) {
         const Fx3Parameter& param = *mParamHeader.getParameterAt(i);
-        if (isExported(param)) mParameters.insert(xmlNameFilter(param.description.defineName));
+        if (!isInTree(param) || !isDescribedAsNode(param.data.type)) continue;
+        std::string name = xmlNameFilter(param.description.defineName);
+        if (!name.starts_with(kDirectRegisterPrefix)) mParameters.insert(std::move(name));
     }
 }
 
@@ -124,11 +128,6 @@ void ParameterInfoBuilderXML::selectParameters() {
 bool ParameterInfoBuilderXML::isInTree(const Fx3Parameter& param) const {
     const auto port = static_cast<size_t>(mPort);
     return param.access.visibilityFlag[port] != 0 && param.description.group[port] != nullptr;
-}
-
-bool ParameterInfoBuilderXML::isExported(const Fx3Parameter& param) const {
-    return !xmlNameFilter(param.description.defineName).starts_with(kDirectRegisterPrefix) && isInTree(param) &&
-           isDescribedAsNode(param.data.type);
 }
 
 void ParameterInfoBuilderXML::buildParamDescr(std::ostringstream& out, const Fx3Parameter& param) {

@@ -67,7 +67,6 @@ private:
     void startAppletDescription(std::ostringstream& out);
     void selectParameters();
     [[nodiscard]] bool isInTree(const Fx3Parameter& param) const;
-    [[nodiscard]] bool isExported(const Fx3Parameter& param) const;
     void buildParamDescr(std::ostringstream& out, const Fx3Parameter& param);
     [[nodiscard]] bool writeNodes(std::ostringstream& out, const Fx3Parameter& param);
     void addFeatureToCategory(const std::string& category, const std::string& feature);

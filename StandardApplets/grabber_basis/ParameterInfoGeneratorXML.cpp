@@ -1,5 +1,6 @@
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <concepts>
@@ -22,22 +23,22 @@ constexpr std::array kEntities{
 constexpr int kTextLength = 4096;
 constexpr int kLimitDigits = 16;  // of a floating-point field
 
-std::string nameOf(const Fx3Parameter& param) { return xmlStringFilter(param.description.defineName); }
+constexpr bool isReserved(char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; }
 
-void append(std::string& line, std::string_view text) { line += text; }
+void append(std::string& text, std::string_view part) { text += part; }
 
-void append(std::string& line, char character) { line += character; }
+void append(std::string& text, char character) { text += character; }
 
-void append(std::string& line, std::integral auto number) {
-    std::array<char, 24> text;
-    line.append(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
+void append(std::string& text, std::integral auto number) {
+    std::array<char, 24> digits;
+    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
 }
 
-void append(std::string& line, double number) {
-    std::array<char, 32> text;
+void append(std::string& text, double number) {
+    std::array<char, 32> digits;
     const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, kLimitDigits);
-    line.append(text.data(), end.ptr);
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::general, kLimitDigits);
+    text.append(digits.data(), end.ptr);
 }
 
 /// \return the address whose read gives what \p selector asks for
@@ -53,7 +54,7 @@ int32_t signedAddressOf(const Fx3Parameter& param, uint32_t selector) {
 }  // namespace
 
 std::string xmlStringFilter(const std::string& text) {
-    if (text.find_first_of("&<>\"'") == std::string::npos) return text;
+    if (std::none_of(text.begin(), text.end(), isReserved)) return text;
     std::string filtered;
     for (const char character : text) {
         std::string_view copy(&character, 1);
@@ -87,7 +88,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, uint64_t
     openFeature(param, "Integer", '\'');
     valueAndLimitReferences(param);
     line("<Inc>", inc, "</Inc>");
-    mStr << "</Integer>";
+    close("Integer");
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, double /*value*/, double /*min*/,
@@ -96,7 +98,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, double /
     infoGenerateAccess(param);
     openFeature(param, "Float", '"');
     valueAndLimitReferences(param);
-    mStr << "</Float>";
+    close("Float");
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::string /*value*/,
@@ -104,7 +107,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::str
     infoGenerateAccess(param);
     openFeature(param, "StringReg", '"');  // the register itself is the feature
     infoGenerate(param, kTextLength);
-    mStr << "</StringReg>";
+    close("StringReg");
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, int /*value*/,
@@ -120,6 +124,7 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, int /*va
     line("</Enumeration>");
     line();
     valueRegister(param, kEntryRegister);
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::vector<uint64_t> values, uint64_t min,
@@ -133,7 +138,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::vec
     line("<Min>", min, "</Min>");
     line("<Max>", max, "</Max>");
     line("<Inc>", inc, "</Inc>");
-    mStr << "</Integer>";
+    close("Integer");
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::vector<double> values, double min,
@@ -146,7 +152,8 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, std::vec
     line("<pValue>", nameOf(param), "_Reg</pValue>");
     line("<Min>", min, "</Min>");
     line("<Max>", max, "</Max>");
-    mStr << "</Float>";
+    close("Float");
+    flush();
 }
 
 // ---- Bodies of registers
@@ -156,39 +163,62 @@ void ParameterInfoGeneratorXML::infoGenerate(const Fx3Parameter& param, int leng
     line("<Address>", signedAddressOf(param, 0), "</Address>");
     line("<Length>", length, "</Length>");
     // Whether it can be written changes at run time: the lock tells.
-    line("<AccessMode>", isReadable ? "RW" : "WO", "</AccessMode>");
-    line("<pPort>DevicePort</pPort>");
+    line("<AccessMode>", isReadable ? "RW" : "WO",
+         "</AccessMode>\n"
+         "<pPort>DevicePort</pPort>");
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerateMin(const Fx3Parameter& param, int length) {
     readOnlyBody(addressOf(param, FG_SELECT_MINIMUM), length);
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerateMax(const Fx3Parameter& param, int length) {
     readOnlyBody(signedAddressOf(param, FG_SELECT_MAXIMUM), length);
+    flush();
 }
 
 void ParameterInfoGeneratorXML::infoGenerateAccess(const Fx3Parameter& param) {
-    const std::string name = nameOf(param);
+    const std::string_view name = nameOf(param);
     line("<IntSwissKnife Name=\"", name, "_AccessSwissKnife\">");
     line("<pVariable Name=\"ACCESSMODE\">", name, "_RegAccess</pVariable>");
     // Below 2 no bit for writing is set: locked.
-    line("<Formula>(ACCESSMODE &lt; 2) ? 1 : 0</Formula>");
-    line("</IntSwissKnife>");
+    line(
+        "<Formula>(ACCESSMODE &lt; 2) ? 1 : 0</Formula>\n"
+        "</IntSwissKnife>");
     openRegister(param, kIntegerRegister, "_RegAccess");
     readOnlyBody(addressOf(param, FG_SELECT_ACCESS), kIntegerRegister.length);
     closeRegister(kIntegerRegister);
     line();
+    flush();
 }
 
 // ---- Parts of the groups
 
+std::string_view ParameterInfoGeneratorXML::nameOf(const Fx3Parameter& param) {
+    if (mNamed != &param) mName = xmlStringFilter(param.description.defineName);
+    mNamed = &param;
+    return mName;
+}
+
 template <class... Parts>
 void ParameterInfoGeneratorXML::line(const Parts&... parts) {
-    mLine.clear();
-    (append(mLine, parts), ...);
-    mLine += '\n';
-    mStr.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
+    (append(mText, parts), ...);
+    mText += '\n';
+}
+
+/// Ends an element; the next one may follow on the same line.
+void ParameterInfoGeneratorXML::close(std::string_view element) {
+    append(mText, "</");
+    append(mText, element);
+    append(mText, '>');
+}
+
+/// Hands over what has been put together.
+void ParameterInfoGeneratorXML::flush() {
+    mStr.write(mText.data(), static_cast<std::streamsize>(mText.size()));
+    mText.clear();
 }
 
 void ParameterInfoGeneratorXML::openRegister(const Fx3Parameter& param, const RegisterFormat& format,
@@ -199,7 +229,7 @@ void ParameterInfoGeneratorXML::openRegister(const Fx3Parameter& param, const Re
 void ParameterInfoGeneratorXML::closeRegister(const RegisterFormat& format) {
     if (!format.sign.empty()) line("<Sign>", format.sign, "</Sign>");
     line("<Endianess>LittleEndian</Endianess>");
-    mStr << "</" << format.element << '>';
+    close(format.element);
 }
 
 void ParameterInfoGeneratorXML::valueRegister(const Fx3Parameter& param, const RegisterFormat& format) {
@@ -226,14 +256,15 @@ template <class Address>
 void ParameterInfoGeneratorXML::readOnlyBody(Address address, int length) {
     line("<Address>", address, "</Address>");
     line("<Length>", length, "</Length>");
-    line("<AccessMode>RO</AccessMode>");
-    line("<pPort>DevicePort</pPort>");
-    line("<Cachable>NoCache</Cachable>");
-    line("<PollingTime>500</PollingTime>");
+    line(
+        "<AccessMode>RO</AccessMode>\n"
+        "<pPort>DevicePort</pPort>\n"
+        "<Cachable>NoCache</Cachable>\n"
+        "<PollingTime>500</PollingTime>");
 }
 
 void ParameterInfoGeneratorXML::openFeature(const Fx3Parameter& param, std::string_view element, char quote) {
-    const std::string name = nameOf(param);
+    const std::string_view name = nameOf(param);
     const std::string& description = param.description.docDescription;
     line('<', element, " Name=", quote, name, quote, '>');
     if (!description.empty()) line("<Description>", xmlStringFilter(description), "</Description>");
@@ -241,7 +272,7 @@ void ParameterInfoGeneratorXML::openFeature(const Fx3Parameter& param, std::stri
 }
 
 void ParameterInfoGeneratorXML::valueAndLimitReferences(const Fx3Parameter& param) {
-    const std::string name = nameOf(param);
+    const std::string_view name = nameOf(param);
     line("<pValue>", name, "_Reg</pValue>");
     line("<pMin>", name, "_RegMin</pMin>");
     line("<pMax>", name, "_RegMax</pMax>");
@@ -249,12 +280,12 @@ void ParameterInfoGeneratorXML::valueAndLimitReferences(const Fx3Parameter& para
 
 /// Writes the feature that picks the element of a field; the next node follows on the same line.
 void ParameterInfoGeneratorXML::selector(const Fx3Parameter& param, size_t elements) {
-    const std::string name = nameOf(param);
+    const std::string_view name = nameOf(param);
     line("<Integer Name='", name, "_Selector'>");
     line("<Value>0</Value>");
     line("<Min>0</Min>");
     line("<Max>", elements - 1, "</Max>");
     line("<Inc>1</Inc>");
     line("<pSelect>", name, "_Reg</pSelect>");
-    mStr << "</Integer>";
+    close("Integer");
 }

@@ -50,8 +50,11 @@ private:
     static const RegisterFormat kEntryRegister;
     static const RegisterFormat kDoubleRegister;
 
+    std::string_view nameOf(const Fx3Parameter& param);
     template <class... Parts>
     void line(const Parts&... parts);
+    void close(std::string_view element);
+    void flush();
     void openRegister(const Fx3Parameter& param, const RegisterFormat& format, std::string_view suffix);
     void closeRegister(const RegisterFormat& format);
     void valueRegister(const Fx3Parameter& param, const RegisterFormat& format);
@@ -63,7 +66,9 @@ private:
     void selector(const Fx3Parameter& param, size_t elements);
 
     std::ostringstream& mStr;
-    std::string mLine;  ///< the line that is being put together
     int mPort;
     [[maybe_unused]] std::set<std::string>& mParameters;
+    std::string mText;  ///< what has been put together and not yet handed over
+    std::string mName;  ///< the name of the parameter mNamed, as it stands in the document
+    const Fx3Parameter* mNamed = nullptr;
 };

@@ -83,15 +83,13 @@ PSCCSignal::PSCCSignal(Fg_StdMaster* FG_base) : RSCCSignal(FG_base) {
 }
 
 CCsel PSCCSignal::getCC(unsigned int port, unsigned int line) const {
-    LineSources sources{};
-    return line < kCcLines && getCCSel(port, sources.data()) == FG_OK ? sources[line] : CC_EXSYNC;
+    return line < kCcLines && isPort(port) ? m_portdata[port].CCSel[line] : CC_EXSYNC;
 }
 
 int PSCCSignal::setCC(unsigned int port, unsigned int line, CCsel value) {
-    LineSources sources{};
-    if (line >= kCcLines || getCCSel(port, sources.data()) != FG_OK) return FG_ERROR;
-    sources[line] = value;
-    return setCCSel(port, sources.data());
+    if (line >= kCcLines || !isPort(port)) return FG_ERROR;
+    m_portdata[port].CCSel[line] = value;
+    return FG_OK;
 }
 
 int PSCCSignal::getCCPSCCSignal(unsigned int port, void* memory) const {

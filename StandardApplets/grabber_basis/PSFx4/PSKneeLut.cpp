@@ -205,10 +205,12 @@ int PSKneeLut::saveParmeter(int port, int id, const char* key, std::FILE* file) 
         std::string line = key + std::to_string(curve.id) + "=";
         const char* separator = "";
         for (const double value : std::span(curve.value, curve.nrOfElements)) {
-            line += separator + fixedTextFromDouble(value);
+            line += separator;
+            line += fixedTextFromDouble(value);
             separator = ", ";
         }
-        writeFlushed(file, line + ";\n");
+        line += ";\n";
+        writeFlushed(file, line);
     }
     return FG_OK;
 }

@@ -28,12 +28,17 @@ constexpr std::array kSources{
 };
 constexpr unsigned kNibbleBits = 4;
 
+/// The nibbles by the numbers of the sources.
+constexpr auto kNibbles = [] {
+    std::array<unsigned, CC_NOT_STROBEPULSE + 1> nibbles{};
+    for (const SourceRow& row : kSources) nibbles[row.source] = row.nibble;
+    return nibbles;
+}();
+
 /// \return the nibble of a source; the first one for a number that is no source
 constexpr unsigned nibbleOf(CCsel source) {
-    for (const SourceRow& row : kSources) {
-        if (row.source == source) return row.nibble;
-    }
-    return kSources.front().nibble;
+    const auto number = static_cast<unsigned>(source);
+    return number < kNibbles.size() ? kNibbles[number] : kSources.front().nibble;
 }
 
 constexpr unsigned ccConfiguration(const std::array<CCsel, kCcLines>& lines) {
