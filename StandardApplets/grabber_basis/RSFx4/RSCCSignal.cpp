@@ -31,7 +31,7 @@ constexpr unsigned kNibbleBits = 4;
 /// The nibbles by the numbers of the sources.
 constexpr auto kNibbles = [] {
     std::array<unsigned, CC_NOT_STROBEPULSE + 1> nibbles{};
-    for (const SourceRow& row : kSources) nibbles[row.source] = row.nibble;
+    for (const SourceRow& row : kSources) nibbles[static_cast<unsigned>(row.source)] = row.nibble;
     return nibbles;
 }();
 
