@@ -36,26 +36,21 @@ bool AcquisitionPath::isOpen() const {
 bool AcquisitionPath::isSelected(uint64_t number) const { return selection().passes(number); }
 
 size_t AcquisitionPath::produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) {
-    const size_t length = cut(number, exposure, target);
-    mKnee.curve().apply(target.first(length));
-    return length;
-}
-
-size_t AcquisitionPath::cut(uint64_t number, BoardTime exposure, std::span<uint8_t> target) {
+    const PixelCurve& curve = mKnee.curve();
     const Window window = Window::of(mWindowRow.values(mRegisters));
     const TapSorter::Values taps = mSorterRow.values(mRegisters);
     const GeneratorSettings settings = generator();
     if (settings.isSource) {
         mGenerator.show(settings, number);
         const LineOrder& order = mSorter.order(taps, unchangedGeometry(), settings.size.width);
-        return cutWindow(window, mGenerator, order, target);
+        return cutWindow(window, mGenerator, order, curve, target);
     }
     PictureFrame scene(mCamera.source().frame(number));
     const LineOrder& order = mSorter.order(taps, mCamera.geometry(), scene.size().width);
     mExposure.set(exposure == kAsShown ? Camera::kNominalExposure : exposure, Camera::kNominalExposure);
-    if (mExposure.changesNothing()) return cutWindow(window, scene, order, target);
+    if (mExposure.changesNothing()) return cutWindow(window, scene, order, curve, target);
     ExposedFrame frame(scene, mExposure);
-    return cutWindow(window, frame, order, target);
+    return cutWindow(window, frame, order, curve, target);
 }
 
 }  // namespace simulation

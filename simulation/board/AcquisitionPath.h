@@ -41,7 +41,6 @@ private:
 
     [[nodiscard]] GeneratorSettings generator() const;
     [[nodiscard]] ImageSelection selection() const;
-    size_t cut(uint64_t number, BoardTime exposure, std::span<uint8_t> target);
 
     const RegisterStore& mRegisters;
     Camera& mCamera;

@@ -1,6 +1,7 @@
 #include "simulation/board/ExposedFrame.h"
 
 #include <algorithm>
+#include <array>
 
 namespace simulation {
 
@@ -11,16 +12,18 @@ void ExposureCurve::set(std::chrono::nanoseconds exposure, std::chrono::nanoseco
     // Beyond this even the darkest shade above black is white.
     constexpr int64_t kWhite = 255;
     const int64_t light = std::min(exposure, nominal * kWhite).count();
-    for (size_t scene = 0; scene < mShades.size(); ++scene) {
+    std::array<uint8_t, PixelCurve::kShades> shades{};
+    for (size_t scene = 0; scene < shades.size(); ++scene) {
         const int64_t shade = (static_cast<int64_t>(scene) * light + nominal.count() / 2) / nominal.count();
-        mShades[scene] = static_cast<uint8_t>(std::min(shade, kWhite));
+        shades[scene] = static_cast<uint8_t>(std::min(shade, kWhite));
     }
+    mCurve = PixelCurve(shades);
 }
 
 const uint8_t* ExposedFrame::line(uint32_t y) {
     const uint8_t* const scene = mScene.line(y);
-    mLine.resize(size().width);
-    std::transform(scene, scene + mLine.size(), mLine.begin(), [this](uint8_t shade) { return mCurve.shade(shade); });
+    mLine.assign(scene, scene + size().width);
+    mCurve.apply(mLine);
     return mLine.data();
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "simulation/board/Frame.h"
+#include "simulation/board/PixelCurve.h"
 
 namespace simulation {
 
@@ -14,12 +15,13 @@ class ExposureCurve {
 public:
     void set(std::chrono::nanoseconds exposure, std::chrono::nanoseconds nominal);
     [[nodiscard]] bool changesNothing() const { return mExposure == mNominal; }
-    [[nodiscard]] uint8_t shade(uint8_t scene) const { return mShades[scene]; }
+    [[nodiscard]] uint8_t shade(uint8_t scene) const { return mCurve[scene]; }
+    void apply(std::span<uint8_t> pixels) const { mCurve.apply(pixels); }
 
 private:
     std::chrono::nanoseconds mExposure{0};
     std::chrono::nanoseconds mNominal{0};
-    std::array<uint8_t, 256> mShades{};
+    PixelCurve mCurve;
 };
 
 /// A frame after an exposure. Frame and curve are borrowed for the life of the object.

@@ -1,7 +1,6 @@
 #include "simulation/board/KneeTable.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace simulation {
 
@@ -14,23 +13,7 @@ constexpr uint64_t kValueMask = 0x1FFFF;
 constexpr uint64_t kAddressMask = KneeTable::kSegments - 1;
 constexpr uint64_t kGrayTable = 1;
 
-std::array<uint8_t, PixelCurve::kShades> allShades() {
-    std::array<uint8_t, PixelCurve::kShades> shades{};
-    std::iota(shades.begin(), shades.end(), uint8_t{0});
-    return shades;
-}
-
 }  // namespace
-
-PixelCurve::PixelCurve() : PixelCurve(allShades()) {}
-
-PixelCurve::PixelCurve(const std::array<uint8_t, kShades>& shades)
-    : mShades(shades), mIsIdentity(shades == allShades()) {}
-
-void PixelCurve::apply(std::span<uint8_t> pixels) const {
-    if (mIsIdentity) return;
-    std::transform(pixels.begin(), pixels.end(), pixels.begin(), [this](uint8_t shade) { return mShades[shade]; });
-}
 
 void KneeTable::reset() {
     constexpr uint32_t kStep = kFullScale / kSegments;

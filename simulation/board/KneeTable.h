@@ -1,35 +1,13 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <span>
 
+#include "simulation/board/PixelCurve.h"
 #include "simulation/board/RegisterRow.h"
 
 namespace simulation {
-
-/// What becomes of each 8-bit pixel value.
-class PixelCurve {
-public:
-    static constexpr size_t kShades = 256;
-
-    /// Every value stays as it is.
-    PixelCurve();
-
-    explicit PixelCurve(const std::array<uint8_t, kShades>& shades);
-
-    /// Replaces every pixel; the identity does not even look at them.
-    void apply(std::span<uint8_t> pixels) const;
-
-    [[nodiscard]] uint8_t operator[](uint8_t shade) const { return mShades[shade]; }
-    [[nodiscard]] bool isIdentity() const { return mIsIdentity; }
-
-private:
-    std::array<uint8_t, kShades> mShades;
-    bool mIsIdentity;
-};
 
 /// The knee lookup table of a gray path: 1024 segments, each a straight line from its start to its end value, 65536 at
 /// full scale. Black enters at the start of the first segment and white at the end of the last one. Any thread may

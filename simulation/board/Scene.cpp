@@ -66,6 +66,26 @@ Picture makeBackground(PictureSize size) {
     return picture;
 }
 
+/// A ball, lit from the upper left, on black.
+Picture makeBall(PictureSize scene) {
+    const uint32_t diameter = std::max(4u, std::min(scene.width, scene.height) / 10);
+    Picture ball{
+        {diameter, diameter},
+        std::vector<uint8_t>(size_t{diameter}
+        * diameter)
+    };
+    const double radius = diameter / 2.0;
+    for (uint32_t y = 0; y < diameter; ++y) {
+        for (uint32_t x = 0; x < diameter; ++x) {
+            const double dx = (x + 0.5) / radius - 1.0;
+            const double dy = (y + 0.5) / radius - 1.0;
+            if (dx * dx + dy * dy > 1.0) continue;
+            ball.line(y)[x] = shade(250.0 - 150.0 * std::hypot(dx + 0.35, dy + 0.35));
+        }
+    }
+    return ball;
+}
+
 /// A position that runs to and fro between 0 and \p range.
 uint32_t bounce(uint64_t steps, uint32_t range) {
     if (range == 0) return 0;
@@ -86,7 +106,8 @@ std::unique_ptr<Scene> Scene::create(PictureSize size, std::string& why) {
     return std::unique_ptr<Scene>(new Scene(makeBackground(size)));
 }
 
-Scene::Scene(Picture background) : mBackground(std::move(background)), mFrame(mBackground) {}
+Scene::Scene(Picture background)
+    : mBackground(std::move(background)), mBallPicture(makeBall(mBackground.size)), mFrame(mBackground) {}
 
 const Picture& Scene::frame(uint64_t number) {
     restore(mBall);
@@ -103,21 +124,13 @@ void Scene::restore(const Area& area) {
 }
 
 Scene::Area Scene::drawBall(uint64_t number) {
-    const uint32_t diameter = std::max(4u, std::min(size().width, size().height) / 10);
-    const Area area{
-        bounce(number * 7, size().width - diameter),
-        bounce(number * 5, size().height - diameter),
-        {diameter, diameter}
-    };
-    const double radius = diameter / 2.0;
-    for (uint32_t y = 0; y < diameter; ++y) {
+    const PictureSize ball = mBallPicture.size;
+    const Area area{bounce(number * 7, size().width - ball.width), bounce(number * 5, size().height - ball.height),
+                    ball};
+    for (uint32_t y = 0; y < ball.height; ++y) {
+        const uint8_t* const from = mBallPicture.line(y);
         uint8_t* const line = mFrame.line(area.y + y) + area.x;
-        for (uint32_t x = 0; x < diameter; ++x) {
-            const double dx = (x + 0.5) / radius - 1.0;
-            const double dy = (y + 0.5) / radius - 1.0;
-            if (dx * dx + dy * dy > 1.0) continue;
-            line[x] = shade(250.0 - 150.0 * std::hypot(dx + 0.35, dy + 0.35));  // lit from the upper left
-        }
+        for (uint32_t x = 0; x < ball.width; ++x) line[x] = from[x] != 0 ? from[x] : line[x];
     }
     return area;
 }

@@ -34,6 +34,7 @@ private:
     [[nodiscard]] Area drawNumber(uint64_t number);
 
     const Picture mBackground;
+    const Picture mBallPicture;  ///< black about the ball
     Picture mFrame;
     // Only these areas are redrawn, so that a frame costs far less than its number of pixels.
     Area mBall;

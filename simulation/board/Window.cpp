@@ -13,7 +13,8 @@ Window Window::of(const Values& values) {
     };
 }
 
-size_t cutWindow(const Window& window, Frame& frame, const LineOrder& order, std::span<uint8_t> target) {
+size_t cutWindow(const Window& window, Frame& frame, const LineOrder& order, const PixelCurve& curve,
+                 std::span<uint8_t> target) {
     const PictureSize sensor = frame.size();
     const auto total = static_cast<size_t>(std::min<uint64_t>(window.size.pixels(), target.size()));
     uint32_t y = window.y;
@@ -24,6 +25,7 @@ size_t cutWindow(const Window& window, Frame& frame, const LineOrder& order, std
         const std::span line = target.subspan(start, length);
         if (visible > 0) order.copy(frame.line(y), window.x, line.first(visible));
         std::fill(line.begin() + static_cast<ptrdiff_t>(visible), line.end(), uint8_t{0});
+        curve.apply(line);  // while the line is still in the cache
     }
     return total;
 }

@@ -7,6 +7,7 @@
 
 #include "simulation/board/Frame.h"
 #include "simulation/board/LineOrder.h"
+#include "simulation/board/PixelCurve.h"
 #include "simulation/board/RegisterRow.h"
 
 namespace simulation {
@@ -30,8 +31,9 @@ struct Window {
 };
 
 /// The frame's way to the DMA: its lines are brought into \p order, which fits its width, and \p window is cut out of
-/// them, one byte a pixel, lines packed; zeros where the window leaves the sensor. What does not fit into \p target is
-/// dropped. \return the number of bytes written.
-size_t cutWindow(const Window& window, Frame& frame, const LineOrder& order, std::span<uint8_t> target);
+/// them, one byte a pixel, lines packed; zeros where the window leaves the sensor. All of that passes \p curve. What
+/// does not fit into \p target is dropped. \return the number of bytes written.
+size_t cutWindow(const Window& window, Frame& frame, const LineOrder& order, const PixelCurve& curve,
+                 std::span<uint8_t> target);
 
 }  // namespace simulation

@@ -10,7 +10,7 @@ namespace {
 
 size_t cut(const Window& window, const Picture& picture, std::span<uint8_t> target, const LineOrder& order = {}) {
     PictureFrame frame(picture);
-    return cutWindow(window, frame, order, target);
+    return cutWindow(window, frame, order, PixelCurve(), target);
 }
 
 /// A picture whose pixels tell where they are.
