@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <thread>
 #include <vector>
 
 #include "host/Acquisition.h"
@@ -31,12 +32,24 @@ bool setUp(Grabber& grabber, double& periodUs) {
     return isSet;
 }
 
+/// A host that waits is woken by the operating system, late on a virtual machine; one that asks again and again is not.
+enum class Host { kWaits, kAsks };
+
+bool arrives(Acquisition& acquisition, frameindex_t picture, Host host) {
+    if (host == Host::kWaits) return acquisition.waitFor(picture, 5) >= picture;
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(5);
+    while (acquisition.lastPicture() < picture) {
+        if (Clock::now() >= end) return false;
+    }
+    return true;
+}
+
 /// How far each gap between pictures is from the period, in microseconds, in ascending order; empty after a failure.
-std::vector<double> gapErrors(Acquisition& acquisition, double periodUs) {
+std::vector<double> gapErrors(Acquisition& acquisition, double periodUs, Host host) {
     std::vector<double> errors;
     Clock::time_point before;
     for (frameindex_t picture = 1; picture <= kPictures; ++picture) {
-        if (acquisition.waitFor(picture, 5) < picture) return {};
+        if (!arrives(acquisition, picture, host)) return {};
         const Clock::time_point now = Clock::now();
         const double gapUs = std::chrono::duration<double, std::micro>(now - before).count();
         if (picture > 1) errors.push_back(std::abs(gapUs - periodUs));
@@ -46,7 +59,14 @@ std::vector<double> gapErrors(Acquisition& acquisition, double periodUs) {
     return errors;
 }
 
-void pacing(benchmark::State& state) {
+void report(benchmark::State& state, const std::vector<double>& errors, double periodUs) {
+    state.counters["frames/s"] = 1e6 / periodUs;
+    state.counters["gap_error_p50_us"] = errors[errors.size() / 2];
+    state.counters["gap_error_p99_us"] = errors[errors.size() * 99 / 100];
+    state.counters["gap_error_max_us"] = errors.back();
+}
+
+void pacing(benchmark::State& state, Host host) {
     const AppletLibrary applet(QUILLON_STAGE "/Hardware Applets/fabrixIV/libQuillon.so");
     Grabber grabber(applet);
     double periodUs = 0;
@@ -57,17 +77,36 @@ void pacing(benchmark::State& state) {
     const BufferSet buffers(grabber, 1024 * 1024, 8);
     for (auto _ : state) {
         Acquisition acquisition(grabber, buffers, kPictures);
-        const std::vector<double> errors = gapErrors(acquisition, periodUs);
+        const std::vector<double> errors = gapErrors(acquisition, periodUs, host);
         if (errors.empty()) {
             state.SkipWithError("a picture did not come");
             return;
         }
-        state.counters["frames/s"] = 1e6 / periodUs;
-        state.counters["gap_error_p50_us"] = errors[errors.size() / 2];
-        state.counters["gap_error_p99_us"] = errors[errors.size() * 99 / 100];
-        state.counters["gap_error_max_us"] = errors.back();
+        report(state, errors, periodUs);
     }
 }
-BENCHMARK(pacing)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(pacing, waiting, Host::kWaits)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(pacing, asking, Host::kAsks)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
+
+/// The floor: a thread that only sleeps, to the same points of time. What it misses, the machine misses.
+void barePacing(benchmark::State& state) {
+    constexpr double kPeriodUs = 1e6 / kFramesPerSecond;
+    for (auto _ : state) {
+        const Clock::time_point begin = Clock::now();
+        Clock::time_point before = begin;
+        std::vector<double> errors;
+        for (frameindex_t wake = 1; wake <= kPictures; ++wake) {
+            const std::chrono::duration<double, std::micro> due(kPeriodUs * static_cast<double>(wake));
+            std::this_thread::sleep_until(begin + std::chrono::duration_cast<Clock::duration>(due));
+            const Clock::time_point now = Clock::now();
+            const double gapUs = std::chrono::duration<double, std::micro>(now - before).count();
+            if (wake > 1) errors.push_back(std::abs(gapUs - kPeriodUs));
+            before = now;
+        }
+        std::sort(errors.begin(), errors.end());
+        report(state, errors, kPeriodUs);
+    }
+}
+BENCHMARK(barePacing)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
 
 }  // namespace

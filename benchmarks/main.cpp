@@ -1,5 +1,6 @@
 #include <arv.h>
 #include <benchmark/benchmark.h>
+#include <gst/gst.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
     arv_enable_interface("Fake");
+    gst_init(nullptr, nullptr);
     try {
         bench::GoalReporter reporter;
         benchmark::RunSpecifiedBenchmarks(&reporter);
