@@ -21,6 +21,7 @@ constexpr std::array kEntities{
 // clang-format on
 
 constexpr int kTextLength = 4096;
+constexpr size_t kUsualGroup = 2048;  // bytes; longer ones grow
 constexpr int kLimitDigits = 16;  // of a floating-point field
 
 constexpr bool isReserved(char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; }
@@ -77,7 +78,9 @@ constexpr ParameterInfoGeneratorXML::RegisterFormat ParameterInfoGeneratorXML::k
 
 ParameterInfoGeneratorXML::ParameterInfoGeneratorXML(std::ostringstream& out, int port,
                                                      std::set<std::string>& exportedNames)
-    : mStr(out), mPort(port), mParameters(exportedNames) {}
+    : mStr(out), mPort(port), mParameters(exportedNames) {
+    mText.reserve(kUsualGroup);
+}
 
 // ---- Groups, one kind of value each
 
