@@ -7,6 +7,8 @@
 ///
 /// Units and shapes: `handle` is a register handle of the applet runtime library (0 = no such register), values are
 /// 64 bits wide, `size` and `length` are bytes, pictures count from 1 and buffers from 0, `timeout` is in seconds.
+/// A tag, and a time stamp of TavoGetDmaTimeStamp, is the positive half of an int, as negative answers are codes: it
+/// counts in 31 bits and begins at 0 again.
 /// DMA modes: 16 fills the buffers continuously, 32 waits for the host to hand each buffer back.
 /// Opaque operations take up to eight pointer-wide arguments that only the library knows.
 #pragma once

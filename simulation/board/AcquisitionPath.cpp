@@ -33,6 +33,10 @@ bool AcquisitionPath::isOpen() const {
     return settings.isSource ? settings.runs : mCamera.linkIsUp() && portEnable == 1;
 }
 
+bool AcquisitionPath::isOpenAt(BoardTime elapsed) const {
+    return isOpen() && (generator().isSource || !mDisturbances.linkIsDown(elapsed));
+}
+
 bool AcquisitionPath::isSelected(uint64_t number) const { return selection().passes(number); }
 
 size_t AcquisitionPath::produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) {

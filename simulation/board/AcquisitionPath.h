@@ -16,7 +16,8 @@ namespace simulation {
 /// frame, then the frame passes without another look at the registers.
 class AcquisitionPath : public FrameProducer {
 public:
-    AcquisitionPath(const RegisterStore& registers, Camera& camera) : mRegisters(registers), mCamera(camera) {}
+    AcquisitionPath(const RegisterStore& registers, Camera& camera, const Disturbances& disturbances)
+        : mRegisters(registers), mCamera(camera), mDisturbances(disturbances) {}
 
     /// Finds the registers of the path and empties its memories; not while a transfer runs.
     void configure();
@@ -29,6 +30,7 @@ public:
     void written(int handle);
 
     [[nodiscard]] bool isOpen() const override;
+    [[nodiscard]] bool isOpenAt(BoardTime elapsed) const override;
     [[nodiscard]] bool isSelected(uint64_t number) const override;
     size_t produce(uint64_t number, BoardTime exposure, std::span<uint8_t> target) override;
 
@@ -44,6 +46,7 @@ private:
 
     const RegisterStore& mRegisters;
     Camera& mCamera;
+    const Disturbances& mDisturbances;
 
     RegisterRow<kGates.size()> mGateRow{kGates};
     RegisterRow<Generator::kRegisters.size()> mGeneratorRow{Generator::kRegisters};

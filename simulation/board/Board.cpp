@@ -175,6 +175,7 @@ int Board::configure(const Design* design) {
 }
 
 int Board::writeRegister(int handle, uint64_t value) {
+    mDisturbances.delayAccess();
     const int code = store(handle, value);
     if (mTrace.isOn()) traceWrite(handle, value, code);
     return code;
@@ -205,6 +206,7 @@ void Board::traceWrite(int handle, uint64_t value, int code) {
 }
 
 int Board::readRegister(int handle, uint64_t* value) {
+    mDisturbances.delayAccess();
     if (!mIsConfigured) return kNotConfigured;
     if (value == nullptr) return kBadArgument;
     if (handle != 0 && handle == mCounterValue) {
@@ -221,7 +223,8 @@ int Board::readRegister(int handle, uint64_t* value) {
 int Board::cameraStatus(unsigned connector) {
     mTrace.add("camera-status " + std::to_string(connector));
     if (!mIsConfigured) return kNotConfigured;
-    return connector < kConnectors && mCamera.linkIsUp() ? kLinkBits : 0;
+    const bool isUp = mCamera.linkIsUp() && !mDisturbances.linkIsDown(mSchedule.sinceBegin());
+    return connector < kConnectors && isUp ? kLinkBits : 0;
 }
 
 BufferSet* Board::createBuffers(size_t totalSize, int32_t count) {

@@ -12,6 +12,7 @@
 #include "simulation/board/BufferSet.h"
 #include "simulation/board/Camera.h"
 #include "simulation/board/CcLine.h"
+#include "simulation/board/Disturbances.h"
 #include "simulation/board/DmaEngine.h"
 #include "simulation/board/FrequencyCounter.h"
 #include "simulation/board/RegisterStore.h"
@@ -80,6 +81,7 @@ public:
     /// What the trigger block does. \return 0 or kNotConfigured.
     [[nodiscard]] int triggerReport(TriggerReport& report);
 
+    [[nodiscard]] Disturbances& disturbances() { return mDisturbances; }
     [[nodiscard]] FaultPlan& faults() { return mFaults; }
     [[nodiscard]] Trace& trace() { return mTrace; }
     [[nodiscard]] TransferStatistics statistics() const { return mDma.statistics(); }
@@ -122,13 +124,14 @@ private:
     [[nodiscard]] int store(int handle, uint64_t value);
     void traceWrite(int handle, uint64_t value, int code);
 
+    Disturbances mDisturbances;
     FaultPlan mFaults;
     Trace mTrace;
     RegisterStore mRegisters;
     FrequencyCounter mCounter;
     Camera mCamera;
     Schedule mSchedule{mRegisters, mCamera};
-    AcquisitionPath mPath{mRegisters, mCamera};
+    AcquisitionPath mPath{mRegisters, mCamera, mDisturbances};
 
     std::atomic<bool> mIsConfigured{false};
     int mCounterControl = 0;  // register handles, set by configure()
@@ -142,7 +145,7 @@ private:
     mutable std::mutex mBuffersMutex;
     std::map<const void*, std::shared_ptr<BufferSet>> mBuffers;  // guarded by mBuffersMutex
 
-    DmaEngine mDma{mPath, mSchedule};  // last: its thread ends before anything else goes
+    DmaEngine mDma{mPath, mSchedule, mDisturbances};  // last: its thread ends before anything else goes
 };
 
 }  // namespace simulation

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <optional>
+#include <type_traits>
+#include <utility>
 
 #include "simulation/support/Numbers.h"
 #include "simulation/support/OperationNames.h"
@@ -11,103 +14,135 @@ namespace simulation {
 
 namespace {
 
-Outcome wanted(std::string_view form, const std::string& text) {
-    return {kBadSetting, "\"" + text + "\" is refused: " + std::string(form) + " is wanted"};
+/// What came of a text; nothing where it does not have the form that its variable wants.
+using MaybeOutcome = std::optional<Outcome>;
+
+/// A text in two, without the first \p mark; both halves are the text's own.
+using Halves = std::pair<std::string_view, std::string_view>;
+std::optional<Halves> halvesOf(std::string_view text, char mark) {
+    const size_t at = text.find(mark);
+    if (at == std::string_view::npos) return std::nullopt;
+    return Halves{text.substr(0, at), text.substr(at + 1)};
 }
 
-Outcome applyCamera(Board& board, int /*number*/, const std::string& text) { return board.setCameraFolder(text); }
-
-Outcome applyScene(Board& board, int /*number*/, const std::string& text) {
-    const size_t cross = text.find('x');
-    const auto width = parseNumber<uint32_t>(std::string_view(text).substr(0, cross));
-    const auto height =
-        cross == std::string::npos ? std::nullopt : parseNumber<uint32_t>(std::string_view(text).substr(cross + 1));
-    if (!width || !height) return wanted("WIDTHxHEIGHT", text);
-    return board.setScene({*width, *height});
+template <class Owner>
+Owner& partOf(Board& board) {
+    if constexpr (std::is_same_v<Owner, Board>) {
+        return board;
+    } else {
+        return board.disturbances();
+    }
 }
 
-Outcome applyRate(Board& board, int /*number*/, const std::string& text) {
-    const auto rateHz = parseNumber<double>(text);
-    return rateHz ? board.setRate(*rateHz) : wanted("a number of frames/s", text);
+template <class Owner, class Number>
+MaybeOutcome setFrom(std::string_view text, Board& board, Outcome (Owner::*setter)(Number)) {
+    const auto number = parseNumber<Number>(text);
+    return number ? MaybeOutcome((partOf<Owner>(board).*setter)(*number)) : std::nullopt;
 }
 
-Outcome applyMode(Board& board, int /*number*/, const std::string& text) {
+template <class Owner, class First, class Second>
+MaybeOutcome setFrom(std::string_view text, Board& board, Outcome (Owner::*setter)(First, Second)) {
+    const auto halves = halvesOf(text, ':');
+    const auto first = halves ? parseNumber<First>(halves->first) : std::nullopt;
+    const auto second = halves ? parseNumber<Second>(halves->second) : std::nullopt;
+    return first && second ? MaybeOutcome((partOf<Owner>(board).*setter)(*first, *second)) : std::nullopt;
+}
+
+/// The setter's numbers, with a colon between them where there are two.
+template <auto setter>
+MaybeOutcome applyNumbers(Board& board, int /*number*/, const std::string& text) {
+    return setFrom(text, board, setter);
+}
+
+MaybeOutcome applyCamera(Board& board, int /*number*/, const std::string& text) { return board.setCameraFolder(text); }
+
+MaybeOutcome applyScene(Board& board, int /*number*/, const std::string& text) {
+    const auto sides = halvesOf(text, 'x');
+    const auto width = sides ? parseNumber<uint32_t>(sides->first) : std::nullopt;
+    const auto height = sides ? parseNumber<uint32_t>(sides->second) : std::nullopt;
+    return width && height ? MaybeOutcome(board.setScene({*width, *height})) : std::nullopt;
+}
+
+MaybeOutcome applyMode(Board& board, int /*number*/, const std::string& text) {
     if (text == "realtime") return board.setMode(ClockMode::realTime);
     if (text == "fast") return board.setMode(ClockMode::fast);
-    return wanted("realtime or fast", text);
+    return std::nullopt;
 }
 
-Outcome applyCameraTrigger(Board& board, int /*number*/, const std::string& text) {
+MaybeOutcome applyCameraTrigger(Board& board, int /*number*/, const std::string& text) {
     constexpr std::array kNames{"auto", "free", "cc1", "cc2", "cc3", "cc4"};
     const auto* const name = std::find(kNames.begin(), kNames.end(), text);
-    if (name == kNames.end()) return wanted("auto, free or cc1 to cc4", text);
+    if (name == kNames.end()) return std::nullopt;
     board.setCameraTrigger(static_cast<CameraTrigger>(name - kNames.begin()));
-    return {};
+    return Outcome{};
 }
 
-Outcome applyReadoutTime(Board& board, int /*number*/, const std::string& text) {
-    const auto us = parseNumber<double>(text);
-    return us ? board.setReadoutTime(*us) : wanted("a number of microseconds", text);
-}
-
-Outcome applyInputRate(Board& board, int /*number*/, const std::string& text) {
-    const size_t colon = text.find(':');
-    const auto input = parseNumber<unsigned>(std::string_view(text).substr(0, colon));
-    const auto rateHz =
-        colon == std::string::npos ? std::nullopt : parseNumber<double>(std::string_view(text).substr(colon + 1));
-    if (!input || !rateHz) return wanted("INPUT:HZ", text);
-    return board.setInputRate(*input, *rateHz);
-}
-
-Outcome applyLink(Board& board, int /*number*/, const std::string& text) {
-    if (text != "0" && text != "1") return wanted("0 or 1", text);
+MaybeOutcome applyLink(Board& board, int /*number*/, const std::string& text) {
+    if (text != "0" && text != "1") return std::nullopt;
     board.setLink(text == "1");
-    return {};
+    return Outcome{};
 }
 
-Outcome applyGeometry(Board& board, int /*number*/, const std::string& text) { return board.setGeometry(text); }
+MaybeOutcome applyGeometry(Board& board, int /*number*/, const std::string& text) { return board.setGeometry(text); }
 
-Outcome applyInputs(Board& board, int /*number*/, const std::string& text) {
-    const auto levels = parseNumber<uint32_t>(text);
-    return levels ? board.setInputs(*levels) : wanted("a number from 0 to 255", text);
+MaybeOutcome applyDrop(Board& board, int /*number*/, const std::string& text) {
+    const Halves halves = halvesOf(text, ':').value_or(Halves{text, "0"});
+    const auto percent = parseNumber<double>(halves.first);
+    const auto seed = parseNumber<uint32_t>(halves.second);
+    return percent && seed ? MaybeOutcome(board.disturbances().setDrop(*percent, *seed)) : std::nullopt;
 }
 
-Outcome applyFault(Board& board, int /*number*/, const std::string& text) {
+MaybeOutcome applyFault(Board& board, int /*number*/, const std::string& text) {
     std::string why;
     const auto faults = FaultPlan::parse(text, kOperationNames, why);
-    if (!faults) return {kBadSetting, why};
+    if (!faults) return Outcome{kBadSetting, why};
     board.faults().clear();
     for (const Fault& fault : *faults) board.faults().add(fault);
-    return {};
+    return Outcome{};
 }
 
-Outcome applyTrace(Board& board, int number, const std::string& text) {
+MaybeOutcome applyTrace(Board& board, int number, const std::string& text) {
     // Every board writes a file of its own.
     const bool isShared = number == 0 || text.empty() || text == "-";
     const std::string path = isShared ? text : text + "." + std::to_string(number);
-    if (!board.trace().writeTo(path)) return {kBadSetting, "\"" + path + "\" cannot be written"};
-    return {};
+    if (!board.trace().writeTo(path)) return Outcome{kBadSetting, "\"" + path + "\" cannot be written"};
+    return Outcome{};
 }
 
 struct Variable {
     std::string_view name;
-    Outcome (*apply)(Board&, int boardNumber, const std::string& text);
+    std::string_view form;
+    MaybeOutcome (*apply)(Board&, int boardNumber, const std::string& text);
 };
 
 constexpr std::array kVariables{
-    Variable{"TAVO_SIM_CAMERA",         applyCamera       },
-    Variable{"TAVO_SIM_SCENE",          applyScene        },
-    Variable{"TAVO_SIM_GEOMETRY",       applyGeometry     },
-    Variable{"TAVO_SIM_RATE",           applyRate         },
-    Variable{"TAVO_SIM_CAMERA_TRIGGER", applyCameraTrigger},
-    Variable{"TAVO_SIM_READOUT_TIME",   applyReadoutTime  },
-    Variable{"TAVO_SIM_MODE",           applyMode         },
-    Variable{"TAVO_SIM_LINK",           applyLink         },
-    Variable{"TAVO_SIM_INPUTS",         applyInputs       },
-    Variable{"TAVO_SIM_INPUT_RATE",     applyInputRate    },
-    Variable{"TAVO_SIM_FAULT",          applyFault        },
-    Variable{"TAVO_SIM_TRACE",          applyTrace        },
+    Variable{"TAVO_SIM_CAMERA",           "",                              applyCamera                                   },
+    Variable{"TAVO_SIM_SCENE",            "WIDTHxHEIGHT",                  applyScene                                    },
+    Variable{"TAVO_SIM_GEOMETRY",         "",                              applyGeometry                                 },
+    Variable{"TAVO_SIM_RATE",             "a number of frames/s",          applyNumbers<&Board::setRate>                 },
+    Variable{"TAVO_SIM_CAMERA_TRIGGER",   "auto, free or cc1 to cc4",      applyCameraTrigger                            },
+    Variable{"TAVO_SIM_READOUT_TIME",     "a number of microseconds",      applyNumbers<&Board::setReadoutTime>          },
+    Variable{"TAVO_SIM_MODE",             "realtime or fast",              applyMode                                     },
+    Variable{"TAVO_SIM_LINK",             "0 or 1",                        applyLink                                     },
+    Variable{"TAVO_SIM_INPUTS",           "a number from 0 to 255",        applyNumbers<&Board::setInputs>               },
+    Variable{"TAVO_SIM_INPUT_RATE",       "INPUT:HZ",                      applyNumbers<&Board::setInputRate>            },
+    Variable{"TAVO_SIM_DROP",             "PERCENT or PERCENT:SEED",       applyDrop                                     },
+    Variable{"TAVO_SIM_LINK_GAP",         "AFTER:LENGTH in milliseconds",  applyNumbers<&Disturbances::setLinkGap>       },
+    Variable{"TAVO_SIM_DMA_GAP",          "AFTER:LENGTH in milliseconds",  applyNumbers<&Disturbances::setDmaGap>        },
+    Variable{"TAVO_SIM_FIRST_TAG",        "a number from 0 to 2147483647", applyNumbers<&Disturbances::setFirstTag>      },
+    Variable{"TAVO_SIM_FIRST_TIME_STAMP", "a number of nanoseconds",       applyNumbers<&Disturbances::setFirstTimeStamp>},
+    Variable{"TAVO_SIM_REGISTER_DELAY",   "a number of microseconds",      applyNumbers<&Disturbances::setRegisterDelay> },
+    Variable{"TAVO_SIM_FAULT",            "",                              applyFault                                    },
+    Variable{"TAVO_SIM_TRACE",            "",                              applyTrace                                    },
 };
+
+/// \return the outcome with the name of the variable, where it is a refusal.
+Outcome outcomeOf(const Variable& variable, const MaybeOutcome& applied, const std::string& text) {
+    if (applied && applied->code == kOk) return {};
+    const std::string name(variable.name);
+    if (applied) return {applied->code, name + ": " + applied->text};
+    return {kBadSetting, name + ": \"" + text + "\" is refused: " + std::string(variable.form) + " is wanted"};
+}
 
 }  // namespace
 
@@ -121,11 +156,8 @@ Outcome BoardEnvironment::apply(Board& board, int boardNumber) {
         if (text == nullptr) continue;
         const auto applied = mApplied.find(variable.name);
         if (applied != mApplied.end() && applied->second == text) continue;
-        Outcome outcome = variable.apply(board, boardNumber, text);
-        if (outcome.code != kOk) {
-            outcome.text = std::string(variable.name) + ": " + outcome.text;
-            return outcome;
-        }
+        Outcome outcome = outcomeOf(variable, variable.apply(board, boardNumber, text), text);
+        if (outcome.code != kOk) return outcome;
         mApplied[variable.name] = text;
     }
     return {};

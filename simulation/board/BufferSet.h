@@ -16,6 +16,8 @@ struct PictureRecord {
     uint64_t frame = 0;   // number of the camera frame, from 1
     size_t length = 0;    // bytes written
     std::chrono::nanoseconds stamp{0};
+    uint32_t tag = 0;        // what the host sees of the frame's number
+    uint64_t timeStamp = 0;  // and of the time, nanoseconds
 };
 
 /// How a transfer uses the buffers: picture p goes to buffer (firstBuffer + p - 1) modulo their number.

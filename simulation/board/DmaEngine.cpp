@@ -100,13 +100,24 @@ void DmaEngine::run(BufferSet& buffers, const TransferPlan& plan) {
 /// \return whether the transfer goes on.
 bool DmaEngine::handle(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture) {
     if (mRestartFrames.exchange(false)) mFrame = 0;
-    const bool isOpen = mProducer.isOpen();
+    const BoardTime elapsed = mSchedule.sinceBegin(frame.time);
+    const bool isOpen = mProducer.isOpenAt(elapsed);
     number(frame, isOpen);
     if (isTooLate(frame)) {
         if (mFrame > 0) count(&TransferStatistics::skipped, 1);
         return true;
     }
-    return !isOpen || !mProducer.isSelected(mFrame) || deliver(buffers, waits, frame, picture);
+    if (!isOpen || !mProducer.isSelected(mFrame) || isLost(elapsed)) return true;
+    return deliver(buffers, waits, frame, picture);
+}
+
+/// Whether a disturbance takes the present frame; it is counted then.
+bool DmaEngine::isLost(BoardTime elapsed) {
+    const Loss loss = mDisturbances.lossOf(mFrame, elapsed);
+    if (loss == Loss::none) return false;
+    count(&TransferStatistics::lost, 1);
+    count(loss == Loss::dropped ? &TransferStatistics::dropped : &TransferStatistics::held, 1);
+    return true;
 }
 
 /// The first frame that passes is number 1; from then on frames and triggers count, whether frames pass or not.
@@ -176,7 +187,8 @@ bool DmaEngine::deliver(BufferSet& buffers, bool waits, const CompletedFrame& fr
     }
     const size_t length = mProducer.produce(mFrame, frame.exposure, claim.target);
     count(&TransferStatistics::delivered, 1);
-    const bool goesOn = buffers.publish({picture, mFrame, length, frame.time});
+    const bool goesOn = buffers.publish(
+        {picture, mFrame, length, frame.time, mDisturbances.tagOf(mFrame), mDisturbances.timeStampOf(frame.time)});
     if (goesOn) ++picture;
     return goesOn;
 }

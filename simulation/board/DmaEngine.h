@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "simulation/board/BufferSet.h"
+#include "simulation/board/Disturbances.h"
 #include "simulation/board/Schedule.h"
 
 namespace simulation {
@@ -25,6 +26,9 @@ public:
     /// Whether frames pass now. Asked from the DMA thread; DmaEngine::wake() tells it that the answer may differ.
     [[nodiscard]] virtual bool isOpen() const = 0;
 
+    /// The same for a frame that comes \p elapsed after the start of its transfer.
+    [[nodiscard]] virtual bool isOpenAt(BoardTime elapsed) const = 0;
+
     /// Whether frame \p number, from 1, goes into a buffer when it passes.
     [[nodiscard]] virtual bool isSelected(uint64_t number) const = 0;
 
@@ -35,16 +39,19 @@ public:
 /// Counts of the current or last transfer.
 struct TransferStatistics {
     uint64_t delivered = 0;
-    uint64_t lost = 0;     // no free buffer
+    uint64_t lost = 0;     // no free buffer, or a disturbance
     uint64_t skipped = 0;  // the machine was too slow for the camera
     uint64_t missed = 0;   // the camera was too slow for its trigger
+    uint64_t dropped = 0;  // of the lost: on the way to the DMA
+    uint64_t held = 0;     // of the lost: while the DMA was held
 };
 
 /// Moves frames into the host's buffers, in the one thread that the board has. Start and stop may come from
 /// different threads.
 class DmaEngine {
 public:
-    DmaEngine(FrameProducer& producer, Schedule& schedule) : mProducer(producer), mSchedule(schedule) {}
+    DmaEngine(FrameProducer& producer, Schedule& schedule, const Disturbances& disturbances)
+        : mProducer(producer), mSchedule(schedule), mDisturbances(disturbances) {}
     ~DmaEngine() { stop(); }
     DmaEngine(const DmaEngine&) = delete;
     DmaEngine& operator=(const DmaEngine&) = delete;
@@ -83,10 +90,12 @@ private:
     void number(const CompletedFrame& frame, bool passes);
     [[nodiscard]] bool handle(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture);
     [[nodiscard]] bool deliver(BufferSet& buffers, bool waits, const CompletedFrame& frame, int32_t& picture);
+    [[nodiscard]] bool isLost(BoardTime elapsed);
     void count(uint64_t TransferStatistics::*counter, uint64_t frames);
 
     FrameProducer& mProducer;
     Schedule& mSchedule;
+    const Disturbances& mDisturbances;
 
     mutable std::mutex mControlMutex;     // one start or stop at a time
     std::thread mThread;                  // guarded by mControlMutex

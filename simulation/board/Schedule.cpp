@@ -1,5 +1,7 @@
 #include "simulation/board/Schedule.h"
 
+#include <algorithm>
+
 namespace simulation {
 
 namespace {
@@ -27,6 +29,7 @@ void Schedule::configure() {
     mFrames.clear();
     mIsTransferring = false;
     mMissedBefore = 0;
+    mBegin = BoardTime::max();
     apply();
 }
 
@@ -105,6 +108,7 @@ void Schedule::begin() {
     catchUp();
     mIsTransferring = true;
     mMissedBefore = mTiming.count().missed;
+    mBegin = mTiming.now();
 }
 
 void Schedule::end() {
@@ -121,7 +125,10 @@ MaybeTime Schedule::nextFrame() {
 std::optional<CompletedFrame> Schedule::takeFrame() {
     const std::lock_guard lock(mMutex);
     if (mFrames.empty()) {
-        if (mTiming.now() > kLastTime) mTiming.rebase(mTiming.now());
+        if (mTiming.now() > kLastTime) {
+            mBegin = std::max(mBegin - mTiming.now(), -kLastTime / 2);  // long ago is long ago
+            mTiming.rebase(mTiming.now());
+        }
         const MaybeTime next = mTiming.nextFrame();
         const bool hasCome = next && (mode() == ClockMode::fast || *next <= mClock.now());
         if (!hasCome) return std::nullopt;
@@ -132,6 +139,16 @@ std::optional<CompletedFrame> Schedule::takeFrame() {
     const CompletedFrame frame = mFrames.front();
     mFrames.pop_front();
     return frame;
+}
+
+BoardTime Schedule::sinceBegin(BoardTime time) const {
+    const std::lock_guard lock(mMutex);
+    return time - mBegin;
+}
+
+BoardTime Schedule::sinceBegin() const {
+    const std::lock_guard lock(mMutex);
+    return (mode() == ClockMode::fast ? mTiming.now() : mClock.now()) - mBegin;
 }
 
 uint64_t Schedule::missed() const {

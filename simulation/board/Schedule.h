@@ -76,6 +76,10 @@ public:
     /// The next frame, if it is complete. In fast mode time jumps there.
     [[nodiscard]] std::optional<CompletedFrame> takeFrame();
 
+    /// How long after the start of the current or last transfer \p time is; less than 0 before the first one.
+    [[nodiscard]] BoardTime sinceBegin(BoardTime time) const;
+    [[nodiscard]] BoardTime sinceBegin() const;
+
     [[nodiscard]] Clock::TimePoint pointOf(BoardTime time) const { return mClock.pointOf(time); }
 
     /// Triggers that the camera was too slow for, since begin().
@@ -100,12 +104,13 @@ private:
     uint64_t mCapacity = 0;
 
     mutable std::mutex mMutex;
-    Clock mClock;                        // changes only while no transfer runs
-    FrameTiming mTiming;                 // guarded by mMutex
-    std::deque<CompletedFrame> mFrames;  // guarded by mMutex; complete, not taken yet
-    bool mIsTransferring = false;        // guarded by mMutex
-    uint64_t mMissedBefore = 0;          // guarded by mMutex
-    int mReads = 0;                      // guarded by mMutex; of status registers since the last write
+    Clock mClock;                         // changes only while no transfer runs
+    FrameTiming mTiming;                  // guarded by mMutex
+    std::deque<CompletedFrame> mFrames;   // guarded by mMutex; complete, not taken yet
+    bool mIsTransferring = false;         // guarded by mMutex
+    uint64_t mMissedBefore = 0;           // guarded by mMutex
+    BoardTime mBegin = BoardTime::max();  // guarded by mMutex; of the current or last transfer
+    int mReads = 0;                       // guarded by mMutex; of status registers since the last write
 };
 
 }  // namespace simulation

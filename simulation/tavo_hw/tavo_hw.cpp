@@ -139,7 +139,7 @@ int TavoGetDmaTag(FgDevice* device, dma_mem* memory, frameindex_t buffer) {
     return runOnBuffers<int>(__func__, device, memory, [&](const BufferSet& buffers) {
         if (buffer < 0) return kBadArgument;
         const auto record = buffers.inBuffer(buffer);
-        return record ? positive(record->frame) : kNoPicture;
+        return record ? positive(record->tag) : kNoPicture;
     });
 }
 
@@ -147,14 +147,14 @@ int TavoGetDmaTimeStamp(FgDevice* device, dma_mem* memory, frameindex_t buffer) 
     return runOnBuffers<int>(__func__, device, memory, [&](const BufferSet& buffers) {
         if (buffer < 0) return kBadArgument;
         const auto record = buffers.inBuffer(buffer);
-        return record ? positive(asNumber(record->stamp) / 1000) : kNoPicture;
+        return record ? positive(record->timeStamp / 1000) : kNoPicture;
     });
 }
 
 uint64_t TavoGetDmaTimeStampLong(FgDevice* device, dma_mem* memory, frameindex_t buffer) {
     return runOnBuffers<uint64_t>(__func__, device, memory, [&](const BufferSet& buffers) {
         const auto record = buffers.inBuffer(buffer);
-        return record ? asNumber(record->stamp) : uint64_t{0};
+        return record ? record->timeStamp : uint64_t{0};
     });
 }
 

@@ -26,6 +26,11 @@ namespace {
 
 int badArgument(const char* text) { return report({kBadArgument, text}); }
 
+template <class Change>
+int disturb(const FgDevice* device, Change&& change) {
+    return onBoard<int>(device, [&](BenchBoard& bench) { return report(change(bench.board.disturbances())); });
+}
+
 /// A time before 0 lies behind a new start of the count.
 uint64_t asNumber(BoardTime time) { return static_cast<uint64_t>(std::max(time, BoardTime(0)).count()); }
 
@@ -149,6 +154,46 @@ int tavo_sim_mode(FgDevice* device, int clock) {
     return onBoard<int>(device, [&](BenchBoard& bench) {
         if (clock != TAVO_SIM_REALTIME && clock != TAVO_SIM_FAST) return badArgument("there is no such clock");
         return report(bench.board.setMode(clock == TAVO_SIM_FAST ? ClockMode::fast : ClockMode::realTime));
+    });
+}
+
+int tavo_sim_drop_frames(FgDevice* device, double percent, uint32_t seed) {
+    return disturb(device, [&](Disturbances& now) { return now.setDrop(percent, seed); });
+}
+
+int tavo_sim_link_gap(FgDevice* device, double afterMs, double lengthMs) {
+    return disturb(device, [&](Disturbances& now) { return now.setLinkGap(afterMs, lengthMs); });
+}
+
+int tavo_sim_dma_gap(FgDevice* device, double afterMs, double lengthMs) {
+    return disturb(device, [&](Disturbances& now) { return now.setDmaGap(afterMs, lengthMs); });
+}
+
+int tavo_sim_hold_dma(FgDevice* device, int held) {
+    return disturb(device, [&](Disturbances& now) {
+        now.holdDma(held != 0);
+        return Outcome{};
+    });
+}
+
+int tavo_sim_first_tag(FgDevice* device, int tag) {
+    return disturb(device, [&](Disturbances& now) { return now.setFirstTag(static_cast<uint32_t>(tag)); });
+}
+
+int tavo_sim_first_time_stamp(FgDevice* device, uint64_t nanoseconds) {
+    return disturb(device, [&](Disturbances& now) { return now.setFirstTimeStamp(nanoseconds); });
+}
+
+int tavo_sim_register_delay(FgDevice* device, double microseconds) {
+    return disturb(device, [&](Disturbances& now) { return now.setRegisterDelay(microseconds); });
+}
+
+int tavo_sim_get_losses(FgDevice* device, tavo_sim_losses* losses) {
+    return onBoard<int>(device, [&](BenchBoard& bench) {
+        if (losses == nullptr) return badArgument("the losses are null");
+        const TransferStatistics counts = bench.board.statistics();
+        *losses = {counts.dropped, counts.held};
+        return kOk;
     });
 }
 

@@ -73,9 +73,15 @@ struct tavo_sim_cc_state {
 /// Counts of the current or last transfer.
 struct tavo_sim_statistics {
     uint64_t delivered;  ///< pictures in the host's buffers
-    uint64_t lost;       ///< frames without a free buffer
+    uint64_t lost;       ///< frames without a free buffer, or taken by a disturbance
     uint64_t skipped;    ///< frames for which the machine was too slow
     uint64_t missed;     ///< triggers for which the camera was too slow
+};
+
+/// Of the lost frames of the current or last transfer, those that disturbances took.
+struct tavo_sim_losses {
+    uint64_t dropped;  ///< by tavo_sim_drop_frames
+    uint64_t held;     ///< while the DMA was held, by tavo_sim_hold_dma or tavo_sim_dma_gap
 };
 
 /// What an output of the trigger block has done since the board was configured. Times are nanoseconds of the board.
@@ -103,9 +109,9 @@ struct tavo_sim_trigger_state {
 struct fx_buf_status {
     uint32_t size;         ///< bytes of this structure
     frameindex_t picture;  ///< number of the picture in its transfer
-    uint64_t frame;        ///< number of the camera frame, from 1
+    uint64_t frame;        ///< number of the camera frame, from 1, whatever the first tag is
     uint64_t length;       ///< bytes written
-    uint64_t timeStampNs;  ///< nanoseconds since the board was configured
+    uint64_t timeStampNs;  ///< nanoseconds since the board was configured, whatever the first time stamp is
 };
 
 /// The device handle of board \p number, 0 or more; the same for every call until it is closed. Null for a negative
@@ -161,8 +167,37 @@ FABRIX_EXPORT int tavo_sim_cc_line(FgDevice* device, int line, struct tavo_sim_c
 /// \param clock a value of tavo_sim_clock; at first it is TAVO_SIM_REALTIME.
 FABRIX_EXPORT int tavo_sim_mode(FgDevice* device, int clock);
 
+// Disturbances. They stay when the board is configured, and may change at any time.
+
+/// Of the frames that are to go to the host, \p percent, 0 to 100, get lost between camera and DMA: the same ones in
+/// every transfer with the same \p seed. Picture numbers stay dense; tags and time stamps show the gaps.
+FABRIX_EXPORT int tavo_sim_drop_frames(FgDevice* device, double percent, uint32_t seed);
+
+/// The camera is unplugged \p afterMs milliseconds after the start of each transfer, for \p lengthMs; each is 0 to
+/// 1000000000, and a length of 0 ends it.
+FABRIX_EXPORT int tavo_sim_link_gap(FgDevice* device, double afterMs, double lengthMs);
+
+/// The DMA brings nothing meanwhile, in the same way: the camera goes on, and its frames are lost.
+FABRIX_EXPORT int tavo_sim_dma_gap(FgDevice* device, double afterMs, double lengthMs);
+
+/// The DMA brings nothing (1) until it is released (0).
+FABRIX_EXPORT int tavo_sim_hold_dma(FgDevice* device, int held);
+
+/// The tag of the first frame of a transfer, 0 to 2147483647; at first it is 1. Tags count in 31 bits.
+FABRIX_EXPORT int tavo_sim_first_tag(FgDevice* device, int tag);
+
+/// What the time stamps show when the board is configured, in nanoseconds; at first it is 0. They count in 64 bits,
+/// those in microseconds in 31.
+FABRIX_EXPORT int tavo_sim_first_time_stamp(FgDevice* device, uint64_t nanoseconds);
+
+/// Every access to a register takes so long, 0 to 1000000; at first it is 0.
+FABRIX_EXPORT int tavo_sim_register_delay(FgDevice* device, double microseconds);
+
+FABRIX_EXPORT int tavo_sim_get_losses(FgDevice* device, struct tavo_sim_losses* losses);
+
 /// The \p call -th call of the hardware operation \p operation, counted from now and from 1, answers \p code, which is
-/// negative. Operations that return a pointer answer null then, those that return a size or a time stamp 0.
+/// negative. An operation that the library does not have is refused. Operations that return a pointer answer null then,
+/// those that return a size or a time stamp 0.
 FABRIX_EXPORT int tavo_sim_fail(FgDevice* device, const char* operation, int call, int code);
 
 /// Forgets all planned faults.

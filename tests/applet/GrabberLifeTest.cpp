@@ -126,6 +126,56 @@ TEST_F(GrabberLifeTest, StopFromAnotherThreadEndsABlockedWait) {
     EXPECT_EQ(board<decltype(TavoFreeVirtualUserBuffer)>("TavoFreeVirtualUserBuffer")(device(), memory), 0);
 }
 
+TEST_F(GrabberLifeTest, DisturbancesReachTheHost) {
+    constexpr int kTimeOut = -9007;
+    constexpr uint64_t kLastMicrosecondNs = 2'147'483'647'000;
+    ASSERT_EQ(open(), 0);
+    ASSERT_EQ(set(FG_WIDTH, 64), 0);
+    ASSERT_EQ(set(FG_HEIGHT, 32), 0);
+    std::vector<unsigned char> pixels(size_t{4} * 64 * 32);
+    auto* const memory =
+        board<decltype(TavoGetVirtualUserBuffer)>("TavoGetVirtualUserBuffer")(device(), pixels.size(), 4);
+    for (frameindex_t i = 0; i < 4; ++i) {
+        ASSERT_EQ(board<decltype(TavoAddUserBuffer)>("TavoAddUserBuffer")(device(), memory,
+                                                                          &pixels[size_t(i) * 64 * 32], 64 * 32, i),
+                  0);
+    }
+    EXPECT_EQ(board<decltype(tavo_sim_first_tag)>("tavo_sim_first_tag")(device(), -1), -9006);
+    EXPECT_EQ(board<decltype(tavo_sim_get_losses)>("tavo_sim_get_losses")(device(), nullptr), -9001);
+    EXPECT_EQ(board<decltype(tavo_sim_first_tag)>("tavo_sim_first_tag")(device(), 2147483647), 0);
+    EXPECT_EQ(board<decltype(tavo_sim_first_time_stamp)>("tavo_sim_first_time_stamp")(device(),
+                                                                                      kLastMicrosecondNs - 15'000'000),
+              0);
+    EXPECT_EQ(board<decltype(tavo_sim_hold_dma)>("tavo_sim_hold_dma")(device(), 1), 0);
+    const auto wait = applet<decltype(Fg_getLastPicNumberBlockingEx)>("Fg_getLastPicNumberBlockingEx");
+    const auto start = applet<decltype(Fg_AcquireEx)>("Fg_AcquireEx");
+    const auto stop = applet<decltype(Fg_stopAcquireEx)>("Fg_stopAcquireEx");
+    ASSERT_EQ(start(&grabber, 0, 4, 1, memory), 0);
+    EXPECT_EQ(wait(&grabber, 1, 0, 0, memory), kTimeOut);
+    EXPECT_EQ(stop(&grabber, 0, memory, 0), 0);
+    tavo_sim_losses losses{};
+    EXPECT_EQ(board<decltype(tavo_sim_get_losses)>("tavo_sim_get_losses")(device(), &losses), 0);
+    EXPECT_EQ(losses.dropped, 0U);
+    EXPECT_EQ(board<decltype(tavo_sim_hold_dma)>("tavo_sim_hold_dma")(device(), 0), 0);
+
+    ASSERT_EQ(start(&grabber, 0, 4, 1, memory), 0);
+    EXPECT_EQ(wait(&grabber, 4, 0, 20, memory), 4);
+    const auto tag = board<decltype(TavoGetDmaTag)>("TavoGetDmaTag");
+    const auto stamp = board<decltype(TavoGetDmaTimeStamp)>("TavoGetDmaTimeStamp");
+    const auto longStamp = board<decltype(TavoGetDmaTimeStampLong)>("TavoGetDmaTimeStampLong");
+    EXPECT_EQ(tag(device(), memory, 0), 2147483647);
+    EXPECT_EQ(tag(device(), memory, 1), 0);
+    for (frameindex_t i = 0; i < 4; ++i) {
+        const uint64_t ns = longStamp(device(), memory, i);
+        EXPECT_GE(ns, kLastMicrosecondNs - 15'000'000);
+        EXPECT_EQ(stamp(device(), memory, i), static_cast<int>(ns / 1000 % 2147483648)) << "it begins at 0 again";
+    }
+    EXPECT_GE(stamp(device(), memory, 3), 0);
+    EXPECT_LT(stamp(device(), memory, 3), 2147483647) << "it has wrapped";
+    EXPECT_EQ(stop(&grabber, 0, memory, 0), 0);
+    EXPECT_EQ(board<decltype(TavoFreeVirtualUserBuffer)>("TavoFreeVirtualUserBuffer")(device(), memory), 0);
+}
+
 /// A folder in which the runtime library looks for design files.
 class ExternalDesignTest : public GrabberLifeTest {
 protected:

@@ -138,37 +138,46 @@ protected:
 
 TEST_F(EnvironmentTest, RefusesFaultyTextsWithTheVariableAndTheReason) {
     const std::tuple<const char*, const char*, const char*> faults[]{
-        {"TAVO_SIM_CAMERA",         "/nonexistent",       "/nonexistent: the picture folder cannot be read"},
-        {"TAVO_SIM_SCENE",          "640",                "WIDTHxHEIGHT is wanted"                         },
-        {"TAVO_SIM_SCENE",          "640x",               "WIDTHxHEIGHT is wanted"                         },
-        {"TAVO_SIM_SCENE",          "x480",               "WIDTHxHEIGHT is wanted"                         },
-        {"TAVO_SIM_SCENE",          "640x480 ",           "WIDTHxHEIGHT is wanted"                         },
-        {"TAVO_SIM_SCENE",          "-1x480",             "WIDTHxHEIGHT is wanted"                         },
-        {"TAVO_SIM_SCENE",          "8x8",                "8x8 pixels cannot be had"                       },
-        {"TAVO_SIM_GEOMETRY",       "2",                  "there is no geometry \"2\""                     },
-        {"TAVO_SIM_GEOMETRY",       "",                   "there is no geometry"                           },
-        {"TAVO_SIM_INPUTS",         "256",                "0 to 255"                                       },
-        {"TAVO_SIM_INPUT_RATE",     "8:10",               "no digital input 8"                             },
-        {"TAVO_SIM_INPUT_RATE",     "10",                 "INPUT:HZ is wanted"                             },
-        {"TAVO_SIM_INPUT_RATE",     "0:1e9",              "cannot be had"                                  },
-        {"TAVO_SIM_CAMERA_TRIGGER", "cc5",                "auto, free or cc1 to cc4"                       },
-        {"TAVO_SIM_READOUT_TIME",   "long",               "a number of microseconds"                       },
-        {"TAVO_SIM_READOUT_TIME",   "-1",                 "cannot be had"                                  },
-        {"TAVO_SIM_INPUTS",         "-1",                 "0 to 255"                                       },
-        {"TAVO_SIM_INPUTS",         "high",               "a number from 0 to 255"                         },
-        {"TAVO_SIM_RATE",           "fast",               "a number of frames/s"                           },
-        {"TAVO_SIM_RATE",           "",                   "a number of frames/s"                           },
-        {"TAVO_SIM_RATE",           "1,5",                "a number of frames/s"                           },
-        {"TAVO_SIM_RATE",           "nan",                "cannot be had"                                  },
-        {"TAVO_SIM_MODE",           "Fast",               "realtime or fast is wanted"                     },
-        {"TAVO_SIM_LINK",           "2",                  "0 or 1 is wanted"                               },
-        {"TAVO_SIM_FAULT",          "TavoDmaStopp:1:-5",  "there is no operation \"TavoDmaStopp\""         },
-        {"TAVO_SIM_FAULT",          "TavoDmaStop",        "OPERATION:N:CODE is wanted"                     },
-        {"TAVO_SIM_FAULT",          "TavoDmaStop:0:-5",   "OPERATION:N:CODE is wanted"                     },
-        {"TAVO_SIM_FAULT",          "TavoDmaStop:1:5",    "OPERATION:N:CODE is wanted"                     },
-        {"TAVO_SIM_FAULT",          "TavoDmaStop:1:-5,x", "there is no operation \"x\""                    },
-        {"TAVO_SIM_FAULT",          "TavoDmaStop:1:-5:3", "OPERATION:N:CODE is wanted"                     },
-        {"TAVO_SIM_TRACE",          "/nonexistent/trace", "cannot be written"                              },
+        {"TAVO_SIM_CAMERA",           "/nonexistent",         "/nonexistent: the picture folder cannot be read"},
+        {"TAVO_SIM_SCENE",            "640",                  "WIDTHxHEIGHT is wanted"                         },
+        {"TAVO_SIM_SCENE",            "640x",                 "WIDTHxHEIGHT is wanted"                         },
+        {"TAVO_SIM_SCENE",            "x480",                 "WIDTHxHEIGHT is wanted"                         },
+        {"TAVO_SIM_SCENE",            "640x480 ",             "WIDTHxHEIGHT is wanted"                         },
+        {"TAVO_SIM_SCENE",            "-1x480",               "WIDTHxHEIGHT is wanted"                         },
+        {"TAVO_SIM_SCENE",            "8x8",                  "8x8 pixels cannot be had"                       },
+        {"TAVO_SIM_GEOMETRY",         "2",                    "there is no geometry \"2\""                     },
+        {"TAVO_SIM_GEOMETRY",         "",                     "there is no geometry"                           },
+        {"TAVO_SIM_INPUTS",           "256",                  "0 to 255"                                       },
+        {"TAVO_SIM_INPUT_RATE",       "8:10",                 "no digital input 8"                             },
+        {"TAVO_SIM_INPUT_RATE",       "10",                   "INPUT:HZ is wanted"                             },
+        {"TAVO_SIM_INPUT_RATE",       "0:1e9",                "cannot be had"                                  },
+        {"TAVO_SIM_CAMERA_TRIGGER",   "cc5",                  "auto, free or cc1 to cc4"                       },
+        {"TAVO_SIM_READOUT_TIME",     "long",                 "a number of microseconds"                       },
+        {"TAVO_SIM_READOUT_TIME",     "-1",                   "cannot be had"                                  },
+        {"TAVO_SIM_INPUTS",           "-1",                   "0 to 255"                                       },
+        {"TAVO_SIM_INPUTS",           "high",                 "a number from 0 to 255"                         },
+        {"TAVO_SIM_RATE",             "fast",                 "a number of frames/s"                           },
+        {"TAVO_SIM_RATE",             "",                     "a number of frames/s"                           },
+        {"TAVO_SIM_RATE",             "1,5",                  "a number of frames/s"                           },
+        {"TAVO_SIM_RATE",             "nan",                  "cannot be had"                                  },
+        {"TAVO_SIM_MODE",             "Fast",                 "realtime or fast is wanted"                     },
+        {"TAVO_SIM_LINK",             "2",                    "0 or 1 is wanted"                               },
+        {"TAVO_SIM_DROP",             "101",                  "0 to 100"                                       },
+        {"TAVO_SIM_DROP",             "nan",                  "0 to 100"                                       },
+        {"TAVO_SIM_DROP",             "5:-1",                 "PERCENT or PERCENT:SEED is wanted"              },
+        {"TAVO_SIM_LINK_GAP",         "100",                  "AFTER:LENGTH in milliseconds is wanted"         },
+        {"TAVO_SIM_LINK_GAP",         "100:1e10",             "cannot be had"                                  },
+        {"TAVO_SIM_DMA_GAP",          "-1:100",               "cannot be had"                                  },
+        {"TAVO_SIM_FIRST_TAG",        "2147483648",           "0 to 2147483647"                                },
+        {"TAVO_SIM_FIRST_TIME_STAMP", "18446744073709551616", "a number of nanoseconds is wanted"              },
+        {"TAVO_SIM_REGISTER_DELAY",   "1000001",              "0 to 1000000"                                   },
+        {"TAVO_SIM_FAULT",            "TavoDmaStopp:1:-5",    "there is no operation \"TavoDmaStopp\""         },
+        {"TAVO_SIM_FAULT",            "TavoDmaStop",          "OPERATION:N:CODE is wanted"                     },
+        {"TAVO_SIM_FAULT",            "TavoDmaStop:0:-5",     "OPERATION:N:CODE is wanted"                     },
+        {"TAVO_SIM_FAULT",            "TavoDmaStop:1:5",      "OPERATION:N:CODE is wanted"                     },
+        {"TAVO_SIM_FAULT",            "TavoDmaStop:1:-5,x",   "there is no operation \"x\""                    },
+        {"TAVO_SIM_FAULT",            "TavoDmaStop:1:-5:3",   "OPERATION:N:CODE is wanted"                     },
+        {"TAVO_SIM_TRACE",            "/nonexistent/trace",   "cannot be written"                              },
     };
     for (const auto& [name, text, reason] : faults) {
         SCOPED_TRACE(testing::Message() << name << "=" << text);
@@ -177,6 +186,29 @@ TEST_F(EnvironmentTest, RefusesFaultyTextsWithTheVariableAndTheReason) {
         EXPECT_THAT(outcome.text, testing::AllOf(HasSubstr(name), HasSubstr(reason)));
         unsetenv(name);
     }
+}
+
+TEST_F(EnvironmentTest, SetsUpEveryDisturbance) {
+    const Disturbances& set = mBoard.disturbances();
+    EXPECT_EQ(apply("TAVO_SIM_LINK_GAP", "0.5:10").code, 0);
+    EXPECT_FALSE(set.linkIsDown(std::chrono::microseconds(499)));
+    EXPECT_TRUE(set.linkIsDown(std::chrono::microseconds(500)));
+    EXPECT_TRUE(set.linkIsDown(std::chrono::microseconds(10'499)));
+    EXPECT_FALSE(set.linkIsDown(std::chrono::microseconds(10'500)));
+    EXPECT_EQ(apply("TAVO_SIM_DMA_GAP", "0:1").code, 0);
+    EXPECT_EQ(set.lossOf(1, BoardTime(0)), Loss::held);
+    EXPECT_EQ(set.lossOf(1, std::chrono::milliseconds(1)), Loss::none);
+    EXPECT_EQ(apply("TAVO_SIM_DROP", "100").code, 0);
+    EXPECT_EQ(set.lossOf(1, BoardTime(0)), Loss::dropped);
+    EXPECT_EQ(apply("TAVO_SIM_FIRST_TAG", "2147483647").code, 0);
+    EXPECT_EQ(set.tagOf(1), 2147483647u);
+    EXPECT_EQ(apply("TAVO_SIM_FIRST_TIME_STAMP", "18446744073709551615").code, 0);
+    EXPECT_EQ(set.timeStampOf(BoardTime(3)), 2u);
+    EXPECT_EQ(apply("TAVO_SIM_REGISTER_DELAY", "20000").code, 0);
+    const Stopwatch watch;
+    write(kReset, 1);
+    read(kReset);
+    EXPECT_GE(watch.seconds(), 0.04);
 }
 
 TEST_F(EnvironmentTest, TheGeometryIsMeasuredAgainstTheSceneThatIsSetWithIt) {

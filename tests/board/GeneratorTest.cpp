@@ -97,6 +97,7 @@ TEST_F(GeneratorTest, ReplacesTheCameraWhileItIsEnabled) {
     const std::vector<uint8_t> camera = acquire();
     switchToGenerator();
     mBoard.setLink(false);
+    EXPECT_EQ(mBoard.disturbances().setLinkGap(0, 1e9).code, 0);
     set({
         {"AACamPortEnable", 0}
     });
@@ -112,6 +113,7 @@ TEST_F(GeneratorTest, ReplacesTheCameraWhileItIsEnabled) {
     EXPECT_EQ(small[64 * 15 + 31], 15 + 31);
     EXPECT_EQ(small[64 * 15 + 32], 0) << "beyond the line";
     EXPECT_THAT(std::vector<uint8_t>(small.begin() + 64 * 16, small.end()), Each(0)) << "beyond the frame";
+    EXPECT_EQ(mBoard.disturbances().setLinkGap(0, 0).code, 0);
     mBoard.setLink(true);
     set({
         {"AACamPortEnable", 1},

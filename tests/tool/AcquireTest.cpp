@@ -193,6 +193,20 @@ TEST_F(AcquireTest, ClosedLinkEndsWithATimeOut) {
     EXPECT_THAT(result.output, HasSubstr("pictures    0 of 1"));
 }
 
+TEST_F(AcquireTest, CountsDroppedFramesAcrossTheWrapOfTagsAndTimeStamps) {
+    const ToolResult result = runTool(
+        {
+            "acquire", "-n", "200", "--json"
+    },
+        {{"TAVO_SIM_MODE", "fast"},
+         {"TAVO_SIM_DROP", "10:7"},
+         {"TAVO_SIM_FIRST_TAG", "2147483600"},
+         {"TAVO_SIM_FIRST_TIME_STAMP", "18446744073300000000"}});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, AllOf(HasSubstr("\"pictures\": 200"), HasSubstr("\"dropped\": 25"),
+                                     HasSubstr("\"intervalMs\": 10.0,"), HasSubstr("\"rate\": 88.8")));
+}
+
 TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
     // A limit on the size of a file fails a write in its middle, as a full disk does.
     const std::string camera = textures(1, 256, 256);

@@ -27,7 +27,7 @@ constexpr std::array kLosses{
     LossRow{&RecordingReport::overwritten,
             "were overwritten before the tool took them, the machine was busy: use more --buffers"                     },
     LossRow{&RecordingReport::dropped,
-            "were dropped by the board before they reached a buffer: lower the camera's rate or use more --buffers"    },
+            "were dropped before they reached a buffer: check cables, lower the camera's rate or use more --buffers"   },
     LossRow{&RecordingReport::incomplete,  "arrived incomplete and were not saved: set the window to the camera's size"},
     LossRow{&RecordingReport::timeOuts,    "time-out: the picture did not come within the time of --timeout"           },
     LossRow{&RecordingReport::stops,       "stop: ended before all pictures were there"                                },

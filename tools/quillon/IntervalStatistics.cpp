@@ -9,7 +9,7 @@ void IntervalStatistics::add(uint64_t timeStamp, int64_t number, bool isNext) {
     if (mLastNumber == 0) {
         mFirst = timeStamp;
         mFirstNumber = number;
-    } else if (isNext && timeStamp >= mLast) {
+    } else if (isNext && !isLater(mLast, timeStamp)) {
         const auto interval = static_cast<double>(timeStamp - mLast);
         mShortest = mCount == 0 ? interval : std::min(mShortest, interval);
         mLongest = std::max(mLongest, interval);

@@ -12,7 +12,7 @@ public:
     void add(uint64_t timeStamp, int64_t number, bool isNext);
 
     /// \return whether there are two pictures with different time stamps
-    [[nodiscard]] bool isKnown() const { return mLast > mFirst; }
+    [[nodiscard]] bool isKnown() const { return isLater(mLast, mFirst); }
     /// \return pictures per second from the first to the last, those included that were not looked at
     [[nodiscard]] double rate() const;
     /// Of neighbours only, in milliseconds: mean, standard deviation, and the greatest distance from the mean.
@@ -22,6 +22,11 @@ public:
 
 private:
     static constexpr double kMs = 1e-6;
+
+    /// Time stamps may begin at 0 again after the largest one.
+    [[nodiscard]] static bool isLater(uint64_t time, uint64_t other) {
+        return time != other && time - other <= UINT64_MAX / 2;
+    }
 
     uint64_t mFirst = 0;
     uint64_t mLast = 0;

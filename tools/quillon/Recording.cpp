@@ -10,6 +10,9 @@ namespace {
 /// A library may measure its time-out with another clock.
 constexpr std::chrono::milliseconds kClockTolerance{50};
 
+/// Tags are the positive half of an int, because negative ones are codes: after the last one they begin at 0 again.
+constexpr uint32_t kTagMask = 0x7FFF'FFFF;
+
 }  // namespace
 
 Recording::Recording(host::Acquisition& acquisition, std::stop_token stop, const RecordingPlan& plan,
@@ -83,7 +86,7 @@ void Recording::count(const host::Frame& frame) {
     const Clock::time_point now = Clock::now();
     if (!mFirstTaken) mFirstTaken = now;
     mReport.seconds = std::chrono::duration<double>(now - *mFirstTaken).count();
-    const bool isNext = mTaggedPicture + 1 == frame.number && frame.tag - mTag == mPlan.framesPerPicture;
+    const bool isNext = mTaggedPicture + 1 == frame.number && ((frame.tag - mTag) & kTagMask) == mPlan.framesPerPicture;
     mReport.intervals.add(frame.timeStamp, frame.number, isNext);
     countTag(frame);
 }
@@ -105,7 +108,7 @@ void Recording::skipToNewest(bool wasDiskSlow) {
 
 void Recording::countTag(const host::Frame& frame) {
     if (mTaggedPicture != 0) {
-        const uint32_t framesPassed = frame.tag - mTag;
+        const uint32_t framesPassed = (frame.tag - mTag) & kTagMask;
         const uint32_t picturesDue = framesPassed / mPlan.framesPerPicture;
         const auto picturesPassed = static_cast<uint32_t>(frame.number - mTaggedPicture);
         if (picturesDue > picturesPassed) mReport.dropped += picturesDue - picturesPassed;
