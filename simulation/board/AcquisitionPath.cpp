@@ -18,10 +18,6 @@ bool AcquisitionPath::isGate(int handle) const {
     return mGateRow.has(handle) || mGeneratorRow.has(handle) || mSelectorRow.has(handle);
 }
 
-void AcquisitionPath::written(int handle) {
-    if (handle == mKneeStrobe) mKnee.load(mKneeRow.values(mRegisters));
-}
-
 GeneratorSettings AcquisitionPath::generator() const { return Generator::settings(mGeneratorRow.values(mRegisters)); }
 
 ImageSelection AcquisitionPath::selection() const { return ImageSelection::of(mSelectorRow.values(mRegisters)); }

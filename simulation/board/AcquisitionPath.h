@@ -26,8 +26,11 @@ public:
     [[nodiscard]] bool isGate(int handle) const;
     [[nodiscard]] bool isReset(int handle) const { return handle != 0 && handle == mReset; }
 
-    /// The host has written a register: what \p handle strobes, happens. Any thread may call it.
-    void written(int handle);
+    /// Whether a write to \p handle makes something happen, whatever its value.
+    [[nodiscard]] bool isStrobe(int handle) const { return handle != 0 && handle == mKneeStrobe; }
+
+    /// The host has written the strobe: the knee table takes what its registers hold. Any thread may call it.
+    void strobe() { mKnee.load(mKneeRow.values(mRegisters)); }
 
     [[nodiscard]] bool isOpen() const override;
     [[nodiscard]] bool isOpenAt(BoardTime elapsed) const override;

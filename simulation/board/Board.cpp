@@ -163,15 +163,24 @@ int Board::configure(const Design* design) {
     mDma.stop();
     mRegisters.configure(*design);
     mPath.configure();
-    mCounterControl = mRegisters.find("AAFreqCountCtrl");
     mCounterValue = mRegisters.find("AAFreqCount");
     mDigitalIn = mRegisters.find("AATrg_DigitalIn");
     mDigitalOut = mRegisters.find("AATrg_DigitalOut");
     mCcConfig = mRegisters.find("AATrg_CCConfig");
     mRegisters.set(mDigitalIn, mInputs);
     mSchedule.configure();
+    findRoles();  // when all have found their registers
     mIsConfigured = true;
     return kOk;
+}
+
+void Board::findRoles() {
+    const int counterControl = mRegisters.find("AAFreqCountCtrl");
+    mRoles.assign(static_cast<size_t>(mRegisters.count()) + 1, {});
+    for (int handle = 1; handle <= mRegisters.count(); ++handle) {
+        mRoles[static_cast<size_t>(handle)] = {mSchedule.has(handle), mPath.isGate(handle), mPath.isReset(handle),
+                                               mPath.isStrobe(handle), handle == counterControl};
+    }
 }
 
 int Board::writeRegister(int handle, uint64_t value) {
@@ -183,15 +192,14 @@ int Board::writeRegister(int handle, uint64_t value) {
 
 int Board::store(int handle, uint64_t value) {
     if (!mIsConfigured) return kNotConfigured;
-    const bool isTimed = mSchedule.has(handle);
-    const int code = isTimed ? mSchedule.write(handle, value) : mRegisters.write(handle, value);
-    if (code != kOk) return code;
-    if (handle == mCounterControl) {
-        mCounter.control(mRegisters.valueOf(handle), std::chrono::steady_clock::now());
-    }
-    mPath.written(handle);
-    if (mPath.isReset(handle) && mRegisters.valueOf(handle) != 0) mDma.restartFrames();
-    if (isTimed || mPath.isGate(handle)) mDma.wake();
+    if (handle < 1 || static_cast<size_t>(handle) >= mRoles.size()) return kNoRegister;
+    const Role& role = mRoles[static_cast<size_t>(handle)];
+    const int code = role.isTimed ? mSchedule.write(handle, value) : mRegisters.write(handle, value);
+    if (code != kOk || role == Role()) return code;
+    if (role.isCounterControl) mCounter.control(mRegisters.valueOf(handle), std::chrono::steady_clock::now());
+    if (role.isStrobe) mPath.strobe();
+    if (role.isReset && mRegisters.valueOf(handle) != 0) mDma.restartFrames();
+    if (role.isTimed || role.isGate) mDma.wake();
     return kOk;
 }
 

@@ -121,6 +121,7 @@ public:
 private:
     [[nodiscard]] Outcome setSource(std::unique_ptr<PictureSource> source, const std::string& why);
     [[nodiscard]] Outcome setGeometry(const ReadoutGeometry* geometry, const std::string& text);
+    void findRoles();
     [[nodiscard]] int store(int handle, uint64_t value);
     void traceWrite(int handle, uint64_t value, int code);
 
@@ -133,8 +134,19 @@ private:
     Schedule mSchedule{mRegisters, mCamera};
     AcquisitionPath mPath{mRegisters, mCamera, mDisturbances};
 
+    /// What a write to a register does besides storing the value.
+    struct Role {
+        bool isTimed = false;
+        bool isGate = false;
+        bool isReset = false;
+        bool isStrobe = false;
+        bool isCounterControl = false;
+
+        bool operator==(const Role&) const = default;
+    };
+
     std::atomic<bool> mIsConfigured{false};
-    int mCounterControl = 0;  // register handles, set by configure()
+    std::vector<Role> mRoles;  // by handle, set by configure(), as are the handles
     int mCounterValue = 0;
     int mDigitalIn = 0;
     int mDigitalOut = 0;

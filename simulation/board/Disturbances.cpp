@@ -80,7 +80,7 @@ Outcome Disturbances::setRegisterDelay(double us) {
     if (!isWithin(us, kLongestDelayUs)) {
         return {kBadSetting, "a register delay of " + std::to_string(us) + " us cannot be had: it is 0 to 1000000"};
     }
-    set(&Settings::registerDelay, BoardTime(static_cast<int64_t>(us * 1000)));
+    mRegisterDelay = BoardTime(static_cast<int64_t>(us * 1000));
     return {};
 }
 
@@ -102,7 +102,7 @@ uint64_t Disturbances::timeStampOf(BoardTime time) const {
 }
 
 void Disturbances::delayAccess() const {
-    const BoardTime delay = settings().registerDelay;
+    const BoardTime delay = mRegisterDelay;
     if (delay == BoardTime(0)) return;
     const auto due = std::chrono::steady_clock::now() + delay;
     std::this_thread::sleep_until(due - kSpinTime);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 
@@ -65,7 +66,6 @@ private:
         bool dmaIsHeld = false;
         uint32_t firstTag = 1;
         uint64_t firstTimeStamp = 0;
-        BoardTime registerDelay{0};
     };
     [[nodiscard]] Outcome setGap(TransferGap Settings::*gap, double afterMs, double lengthMs);
     template <class Value>
@@ -73,7 +73,8 @@ private:
     [[nodiscard]] Settings settings() const;
 
     mutable std::mutex mMutex;
-    Settings mSettings;  // guarded by mMutex
+    Settings mSettings;                                   // guarded by mMutex
+    std::atomic<BoardTime> mRegisterDelay{BoardTime(0)};  // apart from them, as every access asks for it
 };
 
 }  // namespace simulation

@@ -13,16 +13,14 @@ size_t indexOf(int handle) { return static_cast<size_t>(handle) - 1; }
 }  // namespace
 
 void RegisterStore::configure(const Design& design) {
-    const std::lock_guard lock(mMutex);
     mRegisters = design.registers;
-    mValues.clear();
-    for (const RegisterInfo& info : mRegisters) mValues.push_back(info.initialValue);
+    mValues = std::vector<std::atomic<uint64_t>>(mRegisters.size());
+    for (size_t i = 0; i < mRegisters.size(); ++i) mValues[i] = mRegisters[i].initialValue;
 }
 
 bool RegisterStore::has(int handle) const { return handle >= 1 && indexOf(handle) < mRegisters.size(); }
 
 int RegisterStore::write(int handle, uint64_t value) {
-    const std::lock_guard lock(mMutex);
     if (!has(handle)) return kNoRegister;
     const RegisterInfo& info = mRegisters[indexOf(handle)];
     if (info.direction != kDirectionWrite) return kReadOnly;
@@ -31,37 +29,27 @@ int RegisterStore::write(int handle, uint64_t value) {
 }
 
 void RegisterStore::set(int handle, uint64_t value) {
-    const std::lock_guard lock(mMutex);
     if (has(handle)) mValues[indexOf(handle)] = maskToWidth(value, mRegisters[indexOf(handle)].width);
 }
 
 int RegisterStore::read(int handle, uint64_t& value) const {
-    const std::lock_guard lock(mMutex);
     if (!has(handle)) return kNoRegister;
     value = mValues[indexOf(handle)];
     return kOk;
 }
 
 int RegisterStore::find(std::string_view name) const {
-    const std::lock_guard lock(mMutex);
     const auto row =
         std::find_if(mRegisters.begin(), mRegisters.end(), [&](const RegisterInfo& info) { return info.name == name; });
     return row == mRegisters.end() ? 0 : static_cast<int>(row - mRegisters.begin()) + 1;
 }
 
 std::string RegisterStore::nameOf(int handle) const {
-    const std::lock_guard lock(mMutex);
     return has(handle) ? mRegisters[indexOf(handle)].name : std::string();
 }
 
-unsigned RegisterStore::widthOf(int handle) const {
-    const std::lock_guard lock(mMutex);
-    return has(handle) ? mRegisters[indexOf(handle)].width : 0;
-}
+unsigned RegisterStore::widthOf(int handle) const { return has(handle) ? mRegisters[indexOf(handle)].width : 0; }
 
-uint64_t RegisterStore::valueOf(int handle) const {
-    const std::lock_guard lock(mMutex);
-    return has(handle) ? mValues[indexOf(handle)] : 0;
-}
+uint64_t RegisterStore::valueOf(int handle) const { return has(handle) ? mValues[indexOf(handle)].load() : 0; }
 
 }  // namespace simulation

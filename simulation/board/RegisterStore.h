@@ -1,7 +1,7 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,8 +13,11 @@ namespace simulation {
 /// The registers of a configured board: 64-bit values behind handles from 1 to N. Any thread may call it.
 class RegisterStore {
 public:
-    /// Takes over the registers of \p design with their initial values.
+    /// Takes over the registers of \p design with their initial values; no other thread may use the store meanwhile.
     void configure(const Design& design);
+
+    /// The number of registers, which is the largest handle.
+    [[nodiscard]] int count() const { return static_cast<int>(mRegisters.size()); }
 
     /// The host writes: what lies above the register's width is cut off.
     /// \return 0, kNoRegister for an unknown handle, kReadOnly; a refused write changes nothing.
@@ -43,9 +46,8 @@ public:
 private:
     [[nodiscard]] bool has(int handle) const;
 
-    mutable std::mutex mMutex;
-    std::vector<RegisterInfo> mRegisters;  // guarded by mMutex
-    std::vector<uint64_t> mValues;         // guarded by mMutex, at index handle - 1
+    std::vector<RegisterInfo> mRegisters;
+    std::vector<std::atomic<uint64_t>> mValues;  // at index handle - 1
 };
 
 }  // namespace simulation
