@@ -52,6 +52,7 @@ outside=$(grep -v '/opt/quillon/lib/quillon-simulation/' simulation.files || tru
 dpkg-deb -x "${simulation[0]}" tree
 pictures=$prefix/lib/quillon-simulation/share/pictures
 expect info 'quillon-simulation/lib/libtavo_hw.so' "$tool" --simulate info
+expect doctor 'quillon-simulation' "$tool" --simulate doctor
 expect list 'FG_WIDTH' "$tool" --simulate list
 expect acquire '.' "$tool" --simulate acquire --camera "$pictures" -n 2 --output "frame_%03d.png"
 # shellcheck disable=SC2012
@@ -83,6 +84,7 @@ for program in build-c/acquire ./acquire-c; do
 done
 for program in build-cpp/acquire ./acquire-cpp; do
     expect "$program" '^picture 5: 307200 bytes' "$program" "$applet" 5
+    expect "$program on board 1" '^lost: [0-9]+$' "$program" "$applet" 3 1
     expect "$program" 'a width of 500: FG_NOT_A_STEP' "$program" "$applet" 1
     # The applet of the bench finds no runtime library.
     if "$program" "$prefix/Hardware Applets/fabrixIV/libQuillon.so" 1 >/dev/null 2>&1; then
