@@ -221,5 +221,15 @@ TEST(SilenceTest, SoftwareTriggersThatCannotBeAreRefused) {
     EXPECT_EQ(runTool({"acquire", "--trigger-mode", "5"}).exitCode, 1);
 }
 
+TEST(SilenceTest, SoftwareTriggersAreCountedInTheJsonReport) {
+    const ToolResult result =
+        runTool({"acquire", "--trigger-mode", "4", "--set", "EXSYNCON=1", "--software-triggers", "3", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+    EXPECT_EQ(report["triggersSent"], 3);
+    EXPECT_TRUE(report.contains("triggersRepeated"));
+    EXPECT_FALSE(nlohmann::json::parse(runTool({"acquire", "--json"}).output).contains("triggersSent"));
+}
+
 }  // namespace
 }  // namespace tooltest
