@@ -15,6 +15,8 @@ install(DIRECTORY ${CMAKE_SOURCE_DIR}/include/fabrix DESTINATION include COMPONE
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/tools/host DESTINATION include/quillon COMPONENT quillon
     FILES_MATCHING PATTERN *.h)
 install(DIRECTORY ${QUILLON_STAGE}/share/doc/quillon DESTINATION share/doc COMPONENT quillon)
+install(DIRECTORY ${QUILLON_STAGE}/share/man ${QUILLON_STAGE}/share/bash-completion ${QUILLON_STAGE}/share/zsh
+    ${QUILLON_STAGE}/share/fish DESTINATION share COMPONENT quillon)
 file(GLOB manual CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/*.md)
 install(FILES ${manual} ${CMAKE_SOURCE_DIR}/CHANGELOG.md DESTINATION share/doc/quillon COMPONENT quillon)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples DESTINATION share/doc/quillon COMPONENT quillon)
@@ -35,7 +37,10 @@ install(FILES ${CMAKE_SOURCE_DIR}/simulation/tavo_hw/tavo_sim.h
     DESTINATION ${simulation_folder}/include COMPONENT quillon-simulation)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/simulation/pictures DESTINATION ${simulation_folder}/share
     COMPONENT quillon-simulation FILES_MATCHING PATTERN *.png)
-install(FILES ${CMAKE_SOURCE_DIR}/docs/software-board.md
+install(FILES ${CMAKE_SOURCE_DIR}/docs/software-board.md ${CMAKE_SOURCE_DIR}/docs/ci-recipe.md
+    DESTINATION ${simulation_folder}/share/doc COMPONENT quillon-simulation)
+# The pages that the parameters of this tree's applet name.
+install(DIRECTORY ${QUILLON_STAGE}/share/doc/quillon
     DESTINATION ${simulation_folder}/share/doc COMPONENT quillon-simulation)
 
 # Packing takes what `./run package` has built, and does not build tests for it.

@@ -52,12 +52,24 @@ outside=$(grep -v '/opt/quillon/lib/quillon-simulation/' simulation.files || tru
 dpkg-deb -x "${simulation[0]}" tree
 pictures=$prefix/lib/quillon-simulation/share/pictures
 expect info 'quillon-simulation/lib/libtavo_hw.so' "$tool" --simulate info
+expect doctor 'quillon-simulation' "$tool" --simulate doctor
 expect list 'FG_WIDTH' "$tool" --simulate list
+expect describe "page file +$prefix/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html" \
+    "$tool" --simulate describe FG_WIDTH
 expect acquire '.' "$tool" --simulate acquire --camera "$pictures" -n 2 --output "frame_%03d.png"
 # shellcheck disable=SC2012
 [[ $(ls frame_*.png | wc -l) -eq 2 ]] || fail 'two pictures expected'
 if "$tool" list >/dev/null 2>&1; then fail 'the bench tree took the stand-ins'; fi
 [[ -s $prefix/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html ]] || fail 'the documentation pages are missing'
+
+[[ -s $prefix/lib/quillon-simulation/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html ]] ||
+    fail 'the documentation pages of the simulation tree are missing'
+
+[[ -s $prefix/share/man/man1/quillon.1 ]] || fail 'the manual page is missing'
+# Each shell can read its completion file.
+expect bash '^$' bash -n "$prefix/share/bash-completion/completions/quillon"
+expect zsh '^$' zsh -n "$prefix/share/zsh/site-functions/_quillon"
+expect fish '^$' fish -n "$prefix/share/fish/vendor_completions.d/quillon.fish"
 
 # The examples, through CMake and through pkg-config, against the unpacked tree.
 applet="$prefix/lib/quillon-simulation/Hardware Applets/fabrixIV/libQuillon.so"
@@ -83,6 +95,7 @@ for program in build-c/acquire ./acquire-c; do
 done
 for program in build-cpp/acquire ./acquire-cpp; do
     expect "$program" '^picture 5: 307200 bytes' "$program" "$applet" 5
+    expect "$program on board 1" '^lost: [0-9]+$' "$program" "$applet" 3 1
     expect "$program" 'a width of 500: FG_NOT_A_STEP' "$program" "$applet" 1
     # The applet of the bench finds no runtime library.
     if "$program" "$prefix/Hardware Applets/fabrixIV/libQuillon.so" 1 >/dev/null 2>&1; then

@@ -100,8 +100,8 @@ TEST_F(ConfigurationTest, SetRefusesWithoutTouchingTheFile) {
     EXPECT_EQ(readText(mFolder / "camera.mcf"), text);
     const ToolResult bare = runTool({"set", "FG_WIDTH=512"});
     EXPECT_EQ(bare.exitCode, 2);
-    EXPECT_THAT(bare.errors,
-                AllOf(HasSubstr("nothing outlives"), HasSubstr("--config FILE"), HasSubstr("--set NAME=VALUE")));
+    EXPECT_THAT(bare.errors, AllOf(HasSubstr("nothing outlives"), HasSubstr("--config FILE"),
+                                   HasSubstr("--set NAME=VALUE"), HasSubstr("quillon shell")));
     EXPECT_EQ(runTool({"set", "--config", file("camera.mcf")}).exitCode, 2);
     const ToolResult absent = runTool({"set", "--config", file("new.mcf"), "FG_WIDTH=512"});
     EXPECT_EQ(absent.exitCode, 3);

@@ -2,18 +2,24 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <latch>
 #include <limits>
 #include <optional>
 #include <set>
+#include <stdexcept>
+#include <stop_token>
 #include <thread>
+#include <vector>
 
 #include "host/Acquisition.h"
 #include "host/AppletLibrary.h"
 #include "host/BufferSet.h"
+#include "host/FrameLoop.h"
 #include "host/Grabber.h"
 #include "host/HostError.h"
 #include "host/ParameterCatalogue.h"
 #include "host/ResultCodes.h"
+#include "host/RuntimeLibraries.h"
 
 namespace tooltest {
 namespace {
@@ -128,6 +134,112 @@ TEST_F(HostLibraryTest, StopFromAnotherThreadEndsAWait) {
     });
     EXPECT_LT(endless.waitFor(std::numeric_limits<frameindex_t>::max(), 600), 0);
     stopper.join();
+}
+
+TEST_F(HostLibraryTest, FrameLoopCallsBackWithEveryFrame) {
+    const BufferSet buffers(mGrabber, windowBytes(), 8);
+    std::vector<Frame> frames;
+    const FrameLoopReport report = acquireFrames(mGrabber, buffers, {.frames = 20}, [&](const Frame& frame) {
+        EXPECT_EQ(frame.bytes.size(), buffers.bytes());
+        frames.push_back(frame);
+        return true;
+    });
+    EXPECT_EQ(report.end, FrameLoopEnd::Complete);
+    EXPECT_EQ(report.delivered, frames.size());
+    EXPECT_EQ(report.delivered + report.overwritten, 20U);
+    ASSERT_FALSE(frames.empty());
+    for (size_t i = 1; i < frames.size(); ++i) {
+        EXPECT_GT(frames[i].number, frames[i - 1].number);
+        EXPECT_GT(frames[i].tag, frames[i - 1].tag);
+        EXPECT_GT(frames[i].timeStamp, frames[i - 1].timeStamp);
+    }
+}
+
+TEST_F(HostLibraryTest, FrameLoopEndsByRefusalStopOrException) {
+    const BufferSet buffers(mGrabber, windowBytes(), 8);
+    const FrameLoopPlan endless{.frames = FrameLoopPlan::kEndless};
+    FrameLoopReport report =
+        acquireFrames(mGrabber, buffers, endless, [count = 0](const Frame&) mutable { return ++count < 3; });
+    EXPECT_EQ(report.end, FrameLoopEnd::Refused);
+    EXPECT_EQ(report.delivered, 3U);
+
+    std::stop_source stop;
+    report = acquireFrames(
+        mGrabber, buffers, endless,
+        [&](const Frame&) {
+            stop.request_stop();
+            return true;
+        },
+        stop.get_token());
+    EXPECT_EQ(report.end, FrameLoopEnd::Stopped);
+    EXPECT_EQ(report.delivered, 1U);
+
+    const auto fail = [](const Frame&) -> bool { throw std::runtime_error("mine"); };
+    EXPECT_THROW(acquireFrames(mGrabber, buffers, endless, fail), std::runtime_error);
+    // Nothing runs any more: a parameter that an acquisition locks takes a value.
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_OK);
+    EXPECT_THROW(acquireFrames(mGrabber, buffers, endless, nullptr), HostError);
+    EXPECT_THROW(acquireFrames(mGrabber, buffers, {.frames = 0}, fail), HostError);
+}
+
+TEST_F(HostLibraryTest, FrameLoopCountsWhatASlowCallbackMissed) {
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    const FrameLoopReport report = acquireFrames(mGrabber, buffers, {.frames = 30}, [](const Frame& frame) {
+        if (frame.number == 1) std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        return true;
+    });
+    EXPECT_EQ(report.end, FrameLoopEnd::Complete);
+    EXPECT_GE(report.overwritten, 5U);
+    EXPECT_EQ(report.delivered + report.overwritten, 30U);
+    EXPECT_EQ(report.lost(), report.overwritten + report.dropped);
+}
+
+TEST_F(HostLibraryTest, FrameLoopTellsASilentCameraFromAStop) {
+    ASSERT_EQ(mGrabber.write(FG_TRIGGERMODE, 4), FG_OK);
+    ASSERT_EQ(mGrabber.write(FG_EXSYNCON, 1), FG_OK);
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    const auto never = [](const Frame&) { return false; };
+    const FrameLoopReport silent = acquireFrames(mGrabber, buffers, {.timeoutSeconds = 1}, never);
+    EXPECT_EQ(silent.end, FrameLoopEnd::TimedOut);
+    EXPECT_LT(silent.code, 0);
+
+    std::stop_source stop;
+    std::jthread stopper([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        stop.request_stop();
+    });
+    const FrameLoopPlan patient{.timeoutSeconds = 600};
+    EXPECT_EQ(acquireFrames(mGrabber, buffers, patient, never, stop.get_token()).end, FrameLoopEnd::Stopped);
+}
+
+TEST_F(HostLibraryTest, TwoBoardsAcquireAtTheSameTime) {
+    Grabber second(mApplet, boardDevice(mApplet, 1));
+    EXPECT_EQ(boardDevice(mApplet, 0), nullptr);
+    EXPECT_NE(second.device(), mGrabber.device());
+    const size_t bytes = windowBytes();
+    ASSERT_EQ(second.write(FG_WIDTH, 96), FG_OK);
+    ASSERT_EQ(second.write(FG_HEIGHT, 16), FG_OK);
+    int32_t width = 0;
+    ASSERT_EQ(mGrabber.read(FG_WIDTH, width), FG_OK);
+    EXPECT_EQ(width, 64);
+
+    // Neither goes on from its first frame before the other has one.
+    std::latch bothRun(2);
+    const auto acquire = [&](Grabber& grabber, size_t size) {
+        const BufferSet buffers(grabber, size, 64);
+        uint64_t whole = 0;
+        const FrameLoopReport report = acquireFrames(grabber, buffers, {.frames = 20}, [&](const Frame& frame) {
+            if (frame.number == 1) bothRun.arrive_and_wait();
+            if (frame.bytes.size() == size && frame.length == size) ++whole;
+            return true;
+        });
+        EXPECT_EQ(report.end, FrameLoopEnd::Complete);
+        EXPECT_EQ(whole, 20U);
+    };
+    std::jthread other([&] { acquire(second, size_t{96} * 16); });
+    acquire(mGrabber, bytes);
+    other.join();
+    EXPECT_THROW(boardDevice(mApplet, -1), HostError);
 }
 
 TEST_F(HostLibraryTest, SecondAcquisitionIsRefusedAndLeavesTheFirstRunning) {

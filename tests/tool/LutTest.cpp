@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "host/KneeCurve.h"
@@ -81,6 +82,9 @@ TEST_F(LutTest, SavedCurvesAreLoadedAgain) {
               0);
     const ToolResult saved = runTool({"lut", "save", file("again.lut"), "--config", file("camera.mcf")});
     ASSERT_EQ(saved.exitCode, 0) << saved.errors;
+    const std::string json =
+        runTool({"lut", "save", file("again.lut"), "--config", file("camera.mcf"), "--json"}).output;
+    EXPECT_EQ(nlohmann::json::parse(json)["file"], file("again.lut"));
     EXPECT_THAT(runTool({"lut", "load", file("again.lut")}).output, ContainsRegex("\n0.500 +0.250000 +0.250000\n"));
     EXPECT_THAT(runTool({"diff", file("camera.mcf")}).output,
                 ContainsRegex("FG_KNEE_LUT0 +[0-9.]+ at point 1 +[0-9.]+ at point 1, the first of 1024 that differ"));

@@ -10,6 +10,8 @@
 #include <memory>
 #include <span>
 
+#include "host/HostError.h"
+
 namespace quillon::host {
 
 namespace {
@@ -135,6 +137,17 @@ FgDevice* softwareBoardDevice(const RuntimeLibrary& hardwareAccess, int number) 
     if (handle == nullptr) return nullptr;
     const auto open = std::bit_cast<FgDevice* (*)(int)>(dlsym(handle.get(), "tavo_sim_open"));
     return open == nullptr ? nullptr : open(number);
+}
+
+FgDevice* boardDevice(const AppletLibrary& applet, int number) {
+    if (number == 0) return nullptr;
+    const RuntimeLibrary hardwareAccess = loadRuntimeLibraries(applet).front();
+    FgDevice* device = number < 0 ? nullptr : softwareBoardDevice(hardwareAccess, number);
+    if (device != nullptr) return device;
+    const std::string why = hardwareAccess.isLoaded
+                                ? hardwareAccess.path + " issues no such board"
+                                : hardwareAccess.fileName + " is not loaded: " + hardwareAccess.reason;
+    throw HostError(0, "board " + std::to_string(number) + " cannot be opened: " + why);
 }
 
 std::string softwareBoardMessage(const RuntimeLibrary& hardwareAccess) {

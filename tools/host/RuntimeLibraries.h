@@ -33,6 +33,13 @@ bool isSoftwareBoard(const RuntimeLibrary& hardwareAccess);
 /// \return the device handle of a board of the software board; null when another library is loaded
 FgDevice* softwareBoardDevice(const RuntimeLibrary& hardwareAccess, int number);
 
+/// Finds the device of a board, for Grabber: boards are independent, each may have a grabber of its own.
+/// \param number 0 or more
+/// \return the device handle, null for board 0. Further boards are those of the software board; on hardware their
+///         handles are issued by the board's own library, and Grabber takes them as they are.
+/// \throws HostError with 0 where the loaded library issues no such board
+FgDevice* boardDevice(const AppletLibrary& applet, int number);
+
 /// \return the software board's own words about the call that it refused last; empty when it refused none or when
 ///         another library is loaded
 std::string softwareBoardMessage(const RuntimeLibrary& hardwareAccess);

@@ -83,7 +83,7 @@ int AcquireCommand::run(Session& session) {
     prepare(grabber);
     AcquisitionRun run(grabber, mSettings);
     const RecordingReport report = acquire(grabber, run, signals);
-    fmt::print("{}", reportText(run, report));
+    fmt::print("{}", reportText(run, report, mTriggers ? &mTriggerReport : nullptr));
     if (mTriggers && !mSettings.isJson) {
         fmt::print("{}, {} attempts repeated\n", describe(mTriggerReport, *mTriggers), mTriggerReport.refusals);
     }

@@ -68,7 +68,7 @@ std::string plainText(const AcquisitionRun& run, const RecordingReport& report) 
     return table.text();
 }
 
-std::string jsonText(const AcquisitionRun& run, const RecordingReport& report) {
+std::string jsonText(const AcquisitionRun& run, const RecordingReport& report, const TriggerReport* triggers) {
     const PictureWindow& window = run.window();
     const double perSecond = takenPerSecond(report);
     nlohmann::ordered_json json{
@@ -92,14 +92,18 @@ std::string jsonText(const AcquisitionRun& run, const RecordingReport& report) {
         json["jitterMs"] = report.intervals.jitterMs();
         json["worstDeviationMs"] = report.intervals.worstMs();
     }
+    if (triggers != nullptr) {
+        json["triggersSent"] = triggers->sent;
+        json["triggersRepeated"] = triggers->refusals;
+    }
     if (!run.settings().output.empty()) json["output"] = run.settings().output;
     return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace
 
-std::string reportText(const AcquisitionRun& run, const RecordingReport& report) {
-    return run.settings().isJson ? jsonText(run, report) : plainText(run, report);
+std::string reportText(const AcquisitionRun& run, const RecordingReport& report, const TriggerReport* triggers) {
+    return run.settings().isJson ? jsonText(run, report, triggers) : plainText(run, report);
 }
 
 void throwUnlessWell(const host::Grabber& grabber, const AcquisitionRun& run, const RecordingReport& report) {

@@ -3,7 +3,9 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "Command.h"
@@ -28,7 +30,8 @@ using host::ParameterType;
 struct Description {
     ParameterInfo parameter;
     std::string text;
-    std::string page;
+    std::string page;      ///< below the root of the documentation
+    std::string pageFile;  ///< where it is installed beside the tool; empty when it is not
     bool hasValue = false;
     host::ParameterValue value;
     std::vector<Dependency> dependencies;
@@ -90,7 +93,16 @@ void printTable(const Description& description) {
     }
     addIf("group", parameter.group);
     addIf("page", description.page);
+    addIf("page file", description.pageFile);
     fmt::print("{}", table.text(outputStyle()));
+}
+
+/// The pages are installed with the tool, whichever board it runs on.
+std::string installedPage(const std::string& page) {
+    const std::filesystem::path tree = installedAppletPath().parent_path().parent_path().parent_path();
+    const std::filesystem::path file = tree / "share" / "doc" / "quillon" / page;
+    std::error_code ignored;
+    return !page.empty() && std::filesystem::exists(file, ignored) ? file.string() : "";
 }
 
 void printObject(const Description& description) {
@@ -109,6 +121,7 @@ void printObject(const Description& description) {
     const std::string lock = lockSentence(description);
     if (!lock.empty()) object["locked"] = lock;
     if (!description.page.empty()) object["page"] = description.page;
+    if (!description.pageFile.empty()) object["pageFile"] = description.pageFile;
     printJson(object);
 }
 
@@ -129,6 +142,7 @@ public:
         const std::string name = description.parameter.name;
         description.text = host::aboutParameter(grabber, FG_PARAM_DESCR, name);
         description.page = host::aboutParameter(grabber, FG_DOC_URL, name);
+        description.pageFile = installedPage(description.page);
         description.hasValue = host::readValue(grabber, description.parameter, description.value, session.port()) >= 0;
         if (!mIsQuiet) {
             const auto restore = [&]() -> host::Grabber& {

@@ -159,7 +159,13 @@ int LutCommand::save(Session& session) const {
     checkName(mSave.file, kLutFile);
     host::Grabber& grabber = open(session, mSave);
     saveLut(grabber, mSave.file);
-    fmt::print("saved {}\n", mSave.file);
+    if (session.isJson()) {
+        printJson({
+            {"file", mSave.file}
+        });
+    } else {
+        fmt::print("saved {}\n", mSave.file);
+    }
     return kExitOk;
 }
 

@@ -91,16 +91,14 @@ const host::AppletLibrary& Session::applet() {
 }
 
 FgDevice* Session::device() {
-    if (mOptions.board == 0) return nullptr;
-    const host::RuntimeLibrary hardwareAccess = host::loadRuntimeLibraries(applet()).front();
-    FgDevice* device = host::softwareBoardDevice(hardwareAccess, mOptions.board);
-    if (device != nullptr) return device;
-    const std::string complaint = complaintAbout(hardwareAccess);
-    throw ToolError(kExitEnvironment,
-                    complaint.empty() ? fmt::format("board {} cannot be opened: {} gives this tool board 0 only; use "
-                                                    "--board 0",
-                                                    mOptions.board, hardwareAccess.path)
-                                      : complaint);
+    const host::AppletLibrary& library = applet();
+    try {
+        return host::boardDevice(library, mOptions.board);
+    } catch (const host::HostError& error) {
+        const std::string complaint = complaintAbout(host::loadRuntimeLibraries(library).front());
+        const std::string text = fmt::format("{}; this tool opens board 0 there: use --board 0", error.what());
+        throw ToolError(kExitEnvironment, complaint.empty() ? text : complaint);
+    }
 }
 
 host::Grabber& Session::grabber() {

@@ -55,7 +55,8 @@ int SetCommand::run(Session& session) {
     if (mFile.empty()) {
         throw ToolError(kExitUsage,
                         "nothing outlives this command; --config FILE edits a configuration file, and --set NAME=VALUE "
-                        "of another command, for example acquire, sets a parameter for that command");
+                        "of another command, for example acquire, sets a parameter for that command, and 'quillon "
+                        "shell' holds one grabber open for several steps");
     }
     if (mSettings.empty()) throw ToolError(kExitUsage, "there is nothing to set; write NAME=VALUE");
     const bool isThere = checkFile();
