@@ -13,7 +13,7 @@ StandardApplets/Quillon              include/fabrix StandardApplets/grabber_basi
 simulation                           include/fabrix
 tools/host                           include/fabrix
 tools/quillon                        include/fabrix tools/host
-benchmarks                           include/fabrix tools/host
+benchmarks                           include/fabrix tools/host simulation/tavo_hw
 '
 
 # What the table cannot say: includer and included as patterns, and why not.
