@@ -34,10 +34,13 @@ PixelCurve::PixelCurve(const std::array<uint8_t, kShades>& shades)
 void PixelCurve::apply(std::span<uint8_t> pixels) const {
     if (mIsIdentity) return;
     const size_t even = pixels.size() - pixels.size() % sizeof(Pair);
+    // Kept apart from the object, which the compiler must expect the pixels to overlap.
+    const uint16_t* const pairs = mPairs.data();
+    uint8_t* const data = pixels.data();
     for (size_t i = 0; i < even; i += sizeof(Pair)) {
         uint16_t pair = 0;
-        std::memcpy(&pair, &pixels[i], sizeof(pair));
-        std::memcpy(&pixels[i], &mPairs[pair], sizeof(pair));
+        std::memcpy(&pair, data + i, sizeof(pair));
+        std::memcpy(data + i, pairs + pair, sizeof(pair));
     }
     for (uint8_t& pixel : pixels.subspan(even)) pixel = mShades[pixel];
 }
