@@ -4,10 +4,8 @@
 #include <zlib.h>
 
 #include <array>
-#include <string_view>
+#include <cmath>
 #include <vector>
-
-#include "FastDeflate.h"
 
 namespace quillon::tool {
 
@@ -19,12 +17,41 @@ struct Coding {
     int level;
     int strategy;
 };
+constexpr Coding kStored{PNG_FILTER_NONE, Z_NO_COMPRESSION, Z_DEFAULT_STRATEGY};
+/// Differences of neighbours, runs and Huffman codes, no search for matches.
+constexpr Coding kFast{PNG_FILTER_SUB, Z_BEST_SPEED, Z_RLE};
 /// None of these is the best for every picture: matches shrink what repeats itself and blow up what is noisy.
 constexpr std::array kSmall{
     Coding{PNG_ALL_FILTERS, 6,            Z_FILTERED},
     Coding{PNG_FILTER_AVG,  Z_BEST_SPEED, Z_RLE     },
-    Coding{PNG_FILTER_SUB,  Z_BEST_SPEED, Z_RLE     },
+    kFast,
 };
+
+/// Bits that a pixel takes after Huffman coding, above which time is better spent on the next picture.
+constexpr double kWorthCoding = 6;
+/// Lines between two that are looked at.
+constexpr uint32_t kLineStep = 16;
+
+/// Estimates the bits that a pixel takes: the entropy of the differences of neighbours in some of the lines.
+double bitsPerPixel(const Picture& picture) {
+    std::array<uint32_t, 256> counts{};
+    for (uint32_t y = 0; y < picture.height; y += kLineStep) {
+        const auto line = picture.pixels.subspan(size_t{y} * picture.width, picture.width);
+        uint8_t left = 0;
+        for (const std::byte pixel : line) {
+            const auto value = std::to_integer<uint8_t>(pixel);
+            ++counts[static_cast<uint8_t>(value - left)];
+            left = value;
+        }
+    }
+    double total = 0;
+    for (const uint32_t count : counts) total += count;
+    double bits = 0;
+    for (const uint32_t count : counts) {
+        if (count != 0) bits -= count / total * std::log2(count / total);
+    }
+    return bits;
+}
 
 using Bytes = std::vector<std::byte>;
 
@@ -79,66 +106,15 @@ bool encodeSmall(Bytes& best, const Picture& picture) {
     return true;
 }
 
-void appendNumber(Bytes& bytes, uint32_t number) {
-    for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<std::byte>(number >> shift));
-}
-
-void appendText(Bytes& bytes, std::string_view text) {
-    for (const char letter : text) bytes.push_back(static_cast<std::byte>(letter));
-}
-
-/// Appends a chunk of the file; \p fill appends its content.
-template <class Fill>
-void appendChunk(Bytes& bytes, std::string_view type, const Fill& fill) {
-    const size_t start = bytes.size();
-    appendNumber(bytes, 0);
-    appendText(bytes, type);
-    fill();
-    const size_t length = bytes.size() - start - 8;
-    for (size_t i = 0; i < 4; ++i) bytes[start + i] = static_cast<std::byte>(length >> (24 - 8 * i));
-    const auto* checked = reinterpret_cast<const png_byte*>(&bytes[start + 4]);
-    appendNumber(bytes, static_cast<uint32_t>(crc32_z(0, checked, length + 4)));
-}
-
-/// \return the lines of the picture, each led by its filter, as differences of neighbours
-std::vector<uint8_t> differences(const Picture& picture) {
-    constexpr uint8_t kSubFilter = 1;
-    std::vector<uint8_t> lines((size_t{picture.width} + 1) * picture.height);
-    const auto* from = reinterpret_cast<const uint8_t*>(picture.pixels.data());
-    uint8_t* to = lines.data();
-    for (uint32_t y = 0; y < picture.height; ++y, from += picture.width) {
-        *to++ = kSubFilter;
-        *to++ = *from;
-        for (uint32_t x = 1; x < picture.width; ++x) *to++ = static_cast<uint8_t>(from[x] - from[x - 1]);
-    }
-    return lines;
-}
-
-void encodeFast(Bytes& bytes, const Picture& picture) {
-    appendText(bytes, "\x89PNG\r\n\x1a\n");
-    appendChunk(bytes, "IHDR", [&] {
-        appendNumber(bytes, picture.width);
-        appendNumber(bytes, picture.height);
-        for (const int value :
-             {8, PNG_COLOR_TYPE_GRAY, PNG_COMPRESSION_TYPE_BASE, PNG_FILTER_TYPE_BASE, PNG_INTERLACE_NONE}) {
-            bytes.push_back(static_cast<std::byte>(value));
-        }
-    });
-    appendChunk(bytes, "IDAT", [&] { deflateFast(differences(picture), bytes); });
-    appendChunk(bytes, "IEND", [] {});
-}
-
 }  // namespace
 
 bool writePng(FILE* file, const Picture& picture, PngEffort effort) {
     Bytes bytes;
     bytes.reserve(picture.pixels.size() + picture.pixels.size() / 8);
-    if (effort == PngEffort::Fast) {
-        encodeFast(bytes, picture);
-    } else if (!encodeSmall(bytes, picture)) {
-        return false;
-    }
-    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const bool isEncoded = effort == PngEffort::Small
+                               ? encodeSmall(bytes, picture)
+                               : encodeInto(bytes, picture, bitsPerPixel(picture) > kWorthCoding ? kStored : kFast);
+    return isEncoded && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
 }
 
 }  // namespace quillon::tool

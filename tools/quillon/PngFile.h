@@ -8,7 +8,7 @@ namespace quillon::tool {
 
 /// How much time a PNG file may take.
 enum class PngEffort {
-    Fast,  ///< keeps up with a camera; what would save less than an eighth is stored as it is
+    Fast,  ///< keeps up with a camera; a picture that would save less than a quarter is stored as it is
     Small  ///< many times slower
 };
 
