@@ -194,6 +194,15 @@ TEST(ParameterCommandsTest, DescriptionsTellWhatTryingShows) {
     EXPECT_THAT(runTool({"describe", "WIDHT"}).errors, HasSubstr("did you mean FG_WIDTH?"));
 }
 
+TEST(ParameterCommandsTest, WithoutACommandAllAreNamed) {
+    const ToolResult wrong = runTool({"acqire", "-n", "2"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_THAT(wrong.errors,
+                AllOf(HasSubstr("there is no command 'acqire'; there are info, list, "), HasSubstr("acquire, view")));
+    EXPECT_THAT(runTool({"--board", "1"}).errors, HasSubstr("a command is missing; there are info, "));
+    EXPECT_THAT(runTool({"get"}).errors, HasSubstr("NAME is required"));
+}
+
 TEST(ParameterCommandsTest, TraceShowsCallsWithArgumentsAndResults) {
     const ToolResult result = runTool({"get", "FG_WIDTH", "--trace", "--board", "2", "--set", "FG_WIDTH=512"});
     EXPECT_EQ(result.output, "FG_WIDTH = 512 [pixels]\n");

@@ -154,6 +154,19 @@ void addCommonOptions(CLI::App& command, unsigned chosen, SessionOptions& option
         ->capture_default_str();
 }
 
+/// Says which commands there are, to somebody who gave none of them.
+int reportNoCommand(const CLI::App& app) {
+    const std::vector<std::string> words = app.remaining();
+    std::vector<const char*> names;
+    names.reserve(kCommands.size());
+    for (const CommandRow& row : kCommands) names.push_back(row.name);
+    return report(
+        quillon::tool::kExitUsage,
+        fmt::format("{}; there are {}\nRun with --help for more information.",
+                    words.empty() ? "a command is missing" : fmt::format("there is no command '{}'", words.front()),
+                    fmt::join(names, ", ")));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -177,6 +190,10 @@ int main(int argc, char** argv) {
     if (argc > 1 && std::strcmp(argv[1], kComplete) == 0) return complete(app, {argv + 2, argv + argc});
     try {
         app.parse(argc, argv);
+    } catch (const CLI::RequiredError& error) {
+        if (app.get_subcommands().empty()) return reportNoCommand(app);
+        app.exit(error);
+        return quillon::tool::kExitUsage;
     } catch (const CLI::ParseError& error) {
         const int result = app.exit(error);
         return result == 0 ? flushOutput(0) : quillon::tool::kExitUsage;
