@@ -17,8 +17,8 @@ constexpr size_t kReservedOffset = 48;
 constexpr size_t kRegisterRowSize = 24;
 constexpr size_t kUserInfoRowSize = 8;
 
-/// Eight bytes a step: kCrcTables[k] holds what a byte contributes with k bytes behind it.
-constexpr size_t kCrcStep = 8;
+/// Sixteen bytes a step: kCrcTables[k] holds what a byte contributes with k bytes behind it.
+constexpr size_t kCrcStep = 16;
 using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStep>;
 
 constexpr CrcTables makeCrcTables() {
