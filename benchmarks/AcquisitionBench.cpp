@@ -72,8 +72,7 @@ void frames(benchmark::State& state) {
     const auto grabber = openBoard(0, side, TAVO_SIM_FAST);
     acquire(state, *grabber, side);
 }
-BENCHMARK(frames)->Arg(256)->Arg(1024)->Arg(8192)->MeasureProcessCPUTime()->UseRealTime()->Unit(
-    benchmark::kMillisecond);
+BENCHMARK(frames)->Apply(bench::overSizes);
 
 /// The camera reads out over eight taps, the board sorts them and applies a knee curve.
 void sortedFrames(benchmark::State& state) {
@@ -85,13 +84,7 @@ void sortedFrames(benchmark::State& state) {
     }
     acquire(state, *grabber, side);
 }
-BENCHMARK(sortedFrames)
-    ->Arg(256)
-    ->Arg(1024)
-    ->Arg(8192)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(sortedFrames)->Apply(bench::overSizes);
 
 /// The floor: the same bytes copied into the same number of buffers.
 void copyOfFrames(benchmark::State& state) {
@@ -109,13 +102,7 @@ void copyOfFrames(benchmark::State& state) {
     }
     bench::countFrames(state, side);
 }
-BENCHMARK(copyOfFrames)
-    ->Arg(256)
-    ->Arg(1024)
-    ->Arg(8192)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(copyOfFrames)->Apply(bench::overSizes);
 
 /// Boards in one process, each with a camera of 100 frames/s in real time and a thread of the host's: frames that did
 /// not reach the host count as lost, for whatever reason.

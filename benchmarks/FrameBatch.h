@@ -16,6 +16,12 @@ constexpr frameindex_t framesOf(int side) {
     return frames < 2048 ? frames : 2048;
 }
 
+/// Sides of the frames, and the clocks: the processor time of all threads is what the frames take on one core.
+inline void overSizes(benchmark::internal::Benchmark* work) {
+    work->Arg(256)->Arg(1024)->Arg(8192);
+    work->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
 /// Prints the frames a second of a finished benchmark.
 inline void countFrames(benchmark::State& state, int side) {
     state.counters["frames/s"] =

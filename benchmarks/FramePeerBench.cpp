@@ -41,13 +41,7 @@ void peerFakeCamera(benchmark::State& state) {
     }
     bench::countFrames(state, static_cast<int>(side));
 }
-BENCHMARK(peerFakeCamera)
-    ->Arg(256)
-    ->Arg(1024)
-    ->Arg(8192)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(peerFakeCamera)->Apply(bench::overSizes);
 
 /// GStreamer makes its flying ball, unhurried too.
 void peerTestSource(benchmark::State& state) {
@@ -72,12 +66,6 @@ void peerTestSource(benchmark::State& state) {
     }
     bench::countFrames(state, side);
 }
-BENCHMARK(peerTestSource)
-    ->Arg(256)
-    ->Arg(1024)
-    ->Arg(8192)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(peerTestSource)->Apply(bench::overSizes);
 
 }  // namespace
