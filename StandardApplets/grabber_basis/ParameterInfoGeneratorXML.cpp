@@ -22,7 +22,7 @@ constexpr std::array kEntities{
 
 constexpr int kTextLength = 4096;
 constexpr size_t kUsualGroup = 2048;  // bytes; longer ones grow
-constexpr int kLimitDigits = 16;  // of a floating-point field
+constexpr int kLimitDigits = 16;      // of a floating-point field
 
 constexpr bool isReserved(char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; }
 
