@@ -35,14 +35,18 @@ private:
     std::filesystem::path mPath;
 };
 
+/// Calls one of the two functions that take the name of a configuration file.
+void call(const char* function, BenchGrabber& grabber, benchmark::State& state, const ScratchFile& file) {
+    const auto work = emptyApplet().function<decltype(&::Fg_saveConfig)>(function);
+    if (work(grabber.handle(), file.name().c_str()) != FG_OK) state.SkipWithError("the file was refused");
+}
+
 void save(BenchGrabber& grabber, benchmark::State& state, const ScratchFile& file) {
-    static const auto saveConfig = emptyApplet().function<decltype(&::Fg_saveConfig)>("Fg_saveConfig");
-    if (saveConfig(grabber.handle(), file.name().c_str()) != FG_OK) state.SkipWithError("the file was not saved");
+    call("Fg_saveConfig", grabber, state, file);
 }
 
 void load(BenchGrabber& grabber, benchmark::State& state, const ScratchFile& file) {
-    static const auto loadConfig = emptyApplet().function<decltype(&::Fg_loadConfig)>("Fg_loadConfig");
-    if (loadConfig(grabber.handle(), file.name().c_str()) != FG_OK) state.SkipWithError("the file was not loaded");
+    call("Fg_loadConfig", grabber, state, file);
 }
 
 void saveConfiguration(benchmark::State& state) {

@@ -20,6 +20,7 @@
 #include "host/ParameterCatalogue.h"
 #include "host/ResultCodes.h"
 #include "host/RuntimeLibraries.h"
+#include "host/TagGaps.h"
 
 namespace tooltest {
 namespace {
@@ -192,6 +193,20 @@ TEST_F(HostLibraryTest, FrameLoopCountsWhatASlowCallbackMissed) {
     EXPECT_GE(report.overwritten, 5U);
     EXPECT_EQ(report.delivered + report.overwritten, 30U);
     EXPECT_EQ(report.lost(), report.overwritten + report.dropped);
+}
+
+TEST(TagGapsTest, CountsAcrossTheWrapOfTheTags) {
+    TagGaps tags(3);
+    const auto dropped = [&](frameindex_t number, uint32_t tag) {
+        Frame frame;
+        frame.number = number;
+        frame.tag = tag;
+        return tags.take(frame).dropped;
+    };
+    EXPECT_EQ(dropped(1, 0x7FFF'FFFA), 0U);
+    EXPECT_EQ(dropped(2, 0x7FFF'FFFD), 0U);
+    EXPECT_EQ(dropped(3, 6), 2U) << "nine frames for one picture, over the wrap";
+    EXPECT_EQ(dropped(5, 12), 0U) << "the host left out picture 4";
 }
 
 TEST_F(HostLibraryTest, FrameLoopTellsASilentCameraFromAStop) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/HostError.h"
+#include "host/TagGaps.h"
 
 namespace quillon::host {
 
@@ -18,13 +19,9 @@ constexpr std::chrono::milliseconds kClockTolerance{50};
 /// The frames of one acquisition, one after another.
 class FrameLoop {
 public:
-    FrameLoop(Acquisition& acquisition, uint32_t framesPerTransfer, const FrameLoopPlan& plan,
+    FrameLoop(Acquisition& acquisition, uint32_t framesPerPicture, const FrameLoopPlan& plan,
               const FrameCallback& callback, const std::stop_token& stop)
-        : mAcquisition(acquisition),
-          mFramesPerTransfer(framesPerTransfer),
-          mPlan(plan),
-          mCallback(callback),
-          mStop(stop) {}
+        : mAcquisition(acquisition), mPlan(plan), mCallback(callback), mStop(stop), mTags(framesPerPicture) {}
 
     FrameLoopReport run() {
         while (!mIsEnded && mNext <= mPlan.frames && waitForNext()) take();
@@ -35,19 +32,16 @@ private:
     bool waitForNext();
     void take();
     void skipToNewest();
-    void countTag(const Frame& frame);
     void end(FrameLoopEnd reason, int code = 0);
 
     Acquisition& mAcquisition;
-    const uint32_t mFramesPerTransfer;
     const FrameLoopPlan& mPlan;
     const FrameCallback& mCallback;
     const std::stop_token& mStop;
     FrameLoopReport mReport;
     std::vector<std::byte> mBytes;
     frameindex_t mNext = 1;
-    frameindex_t mTagged = 0;  ///< frame that had mTag; 0 before the first
-    uint32_t mTag = 0;
+    TagGaps mTags;
     bool mIsEnded = false;
 };
 
@@ -72,7 +66,7 @@ void FrameLoop::take() {
         return;
     }
     frame.bytes = mBytes;
-    countTag(frame);
+    mReport.dropped += mTags.take(frame).dropped;
     ++mNext;
     ++mReport.delivered;
     if (!mCallback(frame)) end(FrameLoopEnd::Refused);
@@ -88,16 +82,6 @@ void FrameLoop::skipToNewest() {
     const frameindex_t next = std::max(newest, mNext + 1);
     mReport.overwritten += static_cast<uint64_t>(next - mNext);
     mNext = next;
-}
-
-void FrameLoop::countTag(const Frame& frame) {
-    if (mTagged != 0) {
-        const uint32_t due = (frame.tag - mTag) / mFramesPerTransfer;
-        const auto passed = static_cast<uint32_t>(frame.number - mTagged);
-        if (due > passed) mReport.dropped += due - passed;
-    }
-    mTagged = frame.number;
-    mTag = frame.tag;
 }
 
 void FrameLoop::end(FrameLoopEnd reason, int code) {

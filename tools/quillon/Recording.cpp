@@ -10,14 +10,15 @@ namespace {
 /// A library may measure its time-out with another clock.
 constexpr std::chrono::milliseconds kClockTolerance{50};
 
-/// Tags are the positive half of an int, because negative ones are codes: after the last one they begin at 0 again.
-constexpr uint32_t kTagMask = 0x7FFF'FFFF;
-
 }  // namespace
 
 Recording::Recording(host::Acquisition& acquisition, std::stop_token stop, const RecordingPlan& plan,
                      RecordingProgress& progress)
-    : mAcquisition(acquisition), mStop(std::move(stop)), mPlan(plan), mProgress(progress) {}
+    : mAcquisition(acquisition),
+      mStop(std::move(stop)),
+      mPlan(plan),
+      mProgress(progress),
+      mTags(plan.framesPerPicture) {}
 
 RecordingReport Recording::run() {
     while (!mIsEnded && mNext <= mPlan.pictures) {
@@ -86,9 +87,9 @@ void Recording::count(const host::Frame& frame) {
     const Clock::time_point now = Clock::now();
     if (!mFirstTaken) mFirstTaken = now;
     mReport.seconds = std::chrono::duration<double>(now - *mFirstTaken).count();
-    const bool isNext = mTaggedPicture + 1 == frame.number && ((frame.tag - mTag) & kTagMask) == mPlan.framesPerPicture;
-    mReport.intervals.add(frame.timeStamp, frame.number, isNext);
-    countTag(frame);
+    const host::TagGaps::Step step = mTags.take(frame);
+    mReport.intervals.add(frame.timeStamp, frame.number, step.isNext);
+    mReport.dropped += step.dropped;
 }
 
 void Recording::skipToNewest(bool wasDiskSlow) {
@@ -104,17 +105,6 @@ void Recording::skipToNewest(bool wasDiskSlow) {
     const frameindex_t next = std::max(newest, mNext + 1);
     (wasDiskSlow ? mReport.slowDisk : mReport.overwritten) += static_cast<uint64_t>(next - mNext);
     mNext = next;
-}
-
-void Recording::countTag(const host::Frame& frame) {
-    if (mTaggedPicture != 0) {
-        const uint32_t framesPassed = (frame.tag - mTag) & kTagMask;
-        const uint32_t picturesDue = framesPassed / mPlan.framesPerPicture;
-        const auto picturesPassed = static_cast<uint32_t>(frame.number - mTaggedPicture);
-        if (picturesDue > picturesPassed) mReport.dropped += picturesDue - picturesPassed;
-    }
-    mTaggedPicture = frame.number;
-    mTag = frame.tag;
 }
 
 void Recording::end(RecordingEnd reason, int code) {

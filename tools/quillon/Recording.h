@@ -11,6 +11,7 @@
 #include "IntervalStatistics.h"
 #include "PictureWriter.h"
 #include "host/Acquisition.h"
+#include "host/TagGaps.h"
 
 namespace quillon::tool {
 
@@ -75,7 +76,6 @@ private:
     bool copy(const host::Frame& frame, std::vector<std::byte>* place);
     void count(const host::Frame& frame);
     void skipToNewest(bool wasDiskSlow);
-    void countTag(const host::Frame& frame);
     void end(RecordingEnd reason, int code = 0);
 
     host::Acquisition& mAcquisition;
@@ -87,8 +87,7 @@ private:
     bool mIsEnded = false;
     std::vector<std::byte> mLastPicture;
     std::optional<Clock::time_point> mFirstTaken;
-    frameindex_t mTaggedPicture = 0;  ///< picture that had mTag; 0 before the first
-    uint32_t mTag = 0;
+    host::TagGaps mTags;
 };
 
 }  // namespace quillon::tool
