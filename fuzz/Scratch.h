@@ -16,12 +16,16 @@ inline void expect(bool holds, const char* what) {
     std::abort();
 }
 
-/// A folder of its own, which the process works in and which goes with it. Names out of fuzzed data get no slash, so
-/// that nothing is written anywhere else.
+/// A folder of its own, which the process works in and which goes with it; in memory where the machine has such a
+/// place, for a file is written anew for each input. Names out of fuzzed data get no slash, so that nothing is written
+/// anywhere else.
 class Scratch {
 public:
     Scratch() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quillon-fuzz-XXXXXX").string();
+        const std::filesystem::path memory = "/dev/shm";
+        const bool hasMemory = access(memory.c_str(), W_OK | X_OK) == 0;
+        std::string pattern =
+            ((hasMemory ? memory : std::filesystem::temp_directory_path()) / "quillon-fuzz-XXXXXX").string();
         expect(mkdtemp(pattern.data()) != nullptr && chdir(pattern.c_str()) == 0, "a temporary folder");
         mFolder = pattern;
     }
