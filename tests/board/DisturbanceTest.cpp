@@ -50,21 +50,6 @@ TEST_F(DisturbanceTest, DropsTheSameFramesWithTheSameSeed) {
     EXPECT_EQ(mBoard.statistics().lost, 0u);
 }
 
-TEST_F(DisturbanceTest, WhereEveryFrameIsDroppedAStopStillEndsTheWaitAtOnce) {
-    EXPECT_EQ(disturb().setDrop(100, 0).code, 0);
-    for (const ClockMode mode : {ClockMode::fast, ClockMode::realTime}) {
-        EXPECT_EQ(mBoard.setMode(mode).code, 0);
-        BufferSet& buffers = addBuffers(1);
-        ASSERT_EQ(startFlowing(-1), 0);
-        auto waiting = std::async(std::launch::async, [&] { return buffers.wait(1, 1'000'000); });
-        while (mBoard.statistics().dropped < 3) std::this_thread::sleep_for(milliseconds(1));
-        const Stopwatch watch;
-        EXPECT_EQ(mBoard.stopDma(0), 0);
-        EXPECT_EQ(waiting.get(), kStopped);
-        EXPECT_LT(watch.seconds(), 5.0);
-    }
-}
-
 TEST_F(DisturbanceTest, EveryTransferHasTheGapOfTheLink) {
     EXPECT_EQ(disturb().setLinkGap(100, 200).code, 0);
     for (const char* transfer : {"first", "second"}) {
@@ -75,18 +60,6 @@ TEST_F(DisturbanceTest, EveryTransferHasTheGapOfTheLink) {
         EXPECT_EQ(frames[19], 40u);
         EXPECT_EQ(mBoard.statistics().lost, 0u) << "they never reached the board";
     }
-}
-
-TEST_F(DisturbanceTest, TheStatusShowsTheGapOfTheLink) {
-    EXPECT_EQ(disturb().setLinkGap(0, 1e9).code, 0);
-    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "before the first transfer";
-    EXPECT_EQ(disturb().setLinkGap(100, 200).code, 0);
-    framesOf(9);
-    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "90 ms after its start";
-    EXPECT_EQ(disturb().setLinkGap(90, 200).code, 0);
-    EXPECT_EQ(mBoard.cameraStatus(0), 0);
-    EXPECT_EQ(mBoard.configure(&mDesign), 0);
-    EXPECT_EQ(mBoard.cameraStatus(0), 7);
 }
 
 TEST_F(DisturbanceTest, AnAcquisitionGoesOnWhenTheCameraIsPluggedInAgain) {

@@ -34,25 +34,6 @@ TEST_F(DmaTest, PicturesArriveInOrderWithTagsLengthsAndStamps) {
     EXPECT_EQ(mBoard.statistics().delivered, 10u);
 }
 
-TEST_F(DmaTest, TheFirstBufferMovesTheRing) {
-    BufferSet& buffers = addBuffers(3);
-    ASSERT_EQ(mBoard.startDma({0, 2, 0, 16, 1}, mBuffers).code, 0);
-    write(kGlobalWork, 1);
-    EXPECT_EQ(buffers.wait(1, 20), 1);
-    EXPECT_EQ(buffers.inBuffer(2)->picture, 1);
-    EXPECT_THAT(mMemory[0], Each(0xEE));
-}
-
-TEST_F(DmaTest, APictureLargerThanItsBufferIsCut) {
-    BufferSet& buffers = addBuffers(1, 100);
-    ASSERT_EQ(startFlowing(1), 0);
-    EXPECT_EQ(buffers.wait(1, 20), 1);
-    EXPECT_EQ(buffers.ofPicture(1)->length, 100u);
-    ASSERT_EQ(mBoard.startDma({0, 0, 40, 16, 1}, mBuffers).code, 0);
-    EXPECT_EQ(buffers.wait(1, 20), 1);
-    EXPECT_EQ(buffers.ofPicture(1)->length, 40u) << "the transfer's own length";
-}
-
 TEST_F(DmaTest, ReleasesNoFrameWhileThePathIsClosed) {
     BufferSet& buffers = addBuffers(2);
     ASSERT_EQ(start(2), 0);
@@ -122,42 +103,6 @@ TEST_F(DmaTest, RealTimeKeepsTheCamerasRate) {
     }
 }
 
-TEST_F(DmaTest, AStopFromAnotherThreadEndsAWaitAtOnce) {
-    ASSERT_EQ(mBoard.setMode(ClockMode::realTime).code, 0);
-    ASSERT_EQ(mBoard.setRate(0.01).code, 0);
-    BufferSet& buffers = addBuffers(1);
-    ASSERT_EQ(startFlowing(-1), 0);
-    auto waiting = std::async(std::launch::async, [&] { return buffers.wait(1, 1'000'000); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    const Stopwatch watch;
-    EXPECT_EQ(mBoard.stopDma(0), 0);
-    EXPECT_EQ(waiting.get(), kStopped);
-    EXPECT_LT(watch.seconds(), 5.0) << "the camera's period is 100 s";
-}
-
-TEST_F(DmaTest, AWaitEndsWhenItsTransferIsReplaced) {
-    BufferSet& buffers = addBuffers(1);
-    ASSERT_EQ(start(-1), 0);
-    auto waiting = std::async(std::launch::async, [&] { return buffers.wait(1, 1'000'000); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    EXPECT_EQ(mBoard.stopDma(0), 0);
-    EXPECT_EQ(start(-1), 0);
-    EXPECT_EQ(waiting.get(), kStopped);
-}
-
-TEST_F(DmaTest, WaitsForWhatCannotComeEndAtOnce) {
-    BufferSet& buffers = addBuffers(2);
-    EXPECT_EQ(buffers.wait(1, 1000), kStopped) << "never started";
-    ASSERT_EQ(start(3), 0);
-    EXPECT_EQ(buffers.wait(4, 1000), kStopped) << "beyond the programmed count";
-    write(kGlobalWork, 1);
-    EXPECT_EQ(buffers.wait(3, 20), 3);
-    EXPECT_EQ(buffers.wait(2147483647, 1000), kStopped);
-    EXPECT_EQ(buffers.wait(2, 0), 3) << "what has come is told";
-    EXPECT_EQ(buffers.wait(0, 1), kBadArgument);
-    EXPECT_EQ(buffers.wait(1, -1), kBadArgument);
-}
-
 TEST_F(DmaTest, StartsAreCheckedAndChangeNothing) {
     EXPECT_EQ(start(1), kBadArgument) << "no memory";
     BufferSet& buffers = addBuffers(2);
@@ -185,36 +130,6 @@ TEST_F(DmaTest, StartsAreCheckedAndChangeNothing) {
     EXPECT_EQ(mBoard.stopDma(0), 0);
     EXPECT_EQ(mBoard.stopDma(0), 0);
     EXPECT_EQ(start(1), 0);
-}
-
-TEST_F(DmaTest, BuffersMayGoWhileATransferRuns) {
-    BufferSet& buffers = addBuffers(2);
-    ASSERT_EQ(startFlowing(-1), 0);
-    EXPECT_GE(buffers.wait(3, 20), 3);
-    EXPECT_EQ(buffers.remove(0), 0);
-    std::vector<uint8_t>().swap(mMemory[0]);
-    while (mBoard.statistics().lost == 0) std::this_thread::yield();
-    auto waiting =
-        std::async(std::launch::async, [set = mBoard.buffers(mBuffers)] { return set->wait(2147483647, 1000); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    EXPECT_EQ(mBoard.freeBuffers(mBuffers), 0);
-    EXPECT_EQ(waiting.get(), kStopped);
-    EXPECT_EQ(mBoard.freeBuffers(mBuffers), kBadArgument);
-    EXPECT_EQ(mBoard.openBufferSets(), 0u);
-}
-
-TEST_F(DmaTest, BufferMemoryIsChecked) {
-    EXPECT_EQ(mBoard.createBuffers(0, 1), nullptr);
-    EXPECT_EQ(mBoard.createBuffers(100, 0), nullptr);
-    EXPECT_EQ(mBoard.createBuffers(100, -1), nullptr);
-    EXPECT_EQ(mBoard.createBuffers(100, 2147483647), nullptr);
-    BufferSet& buffers = addBuffers(2);
-    EXPECT_EQ(buffers.add(0, mMemory[0]), kBadArgument) << "taken";
-    EXPECT_EQ(buffers.add(2, mMemory[0]), kBadArgument);
-    EXPECT_EQ(buffers.add(-1, mMemory[0]), kBadArgument);
-    EXPECT_EQ(buffers.remove(1), 0);
-    EXPECT_EQ(buffers.remove(1), kBadArgument);
-    EXPECT_EQ(buffers.add(1, {}), kBadArgument) << "no bytes";
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <thread>
 
 #include "board/StageFixture.h"
 #include "simulation/board/Generator.h"
@@ -7,6 +6,10 @@ using namespace simulation;
 using testing::Each;
 
 namespace {
+
+void show(Generator& generator, PictureSize size, uint32_t taps, uint32_t roll, uint64_t number) {
+    generator.show({true, true, size, taps, roll}, number);
+}
 
 uint8_t pixel(Generator& generator, uint32_t x, uint32_t y) { return generator.line(y)[x]; }
 
@@ -24,12 +27,7 @@ TEST(GeneratorPatternTest, TheRegistersCountEightPixelsAndLinesFromZero) {
 
 TEST(GeneratorPatternTest, ShowsAWedgeUnderAGrid) {
     Generator generator;
-    generator.show(
-        {
-            true, true, {1024, 1024},
-              15, 0
-    },
-        7);
+    show(generator, {1024, 1024}, 15, 0, 7);
     EXPECT_EQ(pixel(generator, 0, 0), 255);
     EXPECT_EQ(pixel(generator, 64, 3), 255);
     EXPECT_EQ(pixel(generator, 5, 960), 255);
@@ -44,51 +42,11 @@ TEST(GeneratorPatternTest, RollsToTheRightAndStandsStillWithoutIt) {
     Generator still;
     for (const uint64_t number : {1u, 2u, 27u, 4'000'000'000u}) {
         SCOPED_TRACE(number);
-        still.show(
-            {
-                true, true, {512, 8},
-                  15, 0
-        },
-            number);
-        generator.show(
-            {
-                true, true, {512, 8},
-                  15, 10
-        },
-            number);
+        show(still, {512, 8}, 15, 0, number);
+        show(generator, {512, 8}, 15, 10, number);
         const auto moved = static_cast<uint32_t>((number - 1) * 10 % 256);
         for (uint32_t x = 256; x < 512; ++x) ASSERT_EQ(pixel(generator, x, 5), pixel(still, x - moved, 5)) << x;
     }
-}
-
-TEST(GeneratorPatternTest, ColumnsOfATapThatIsOffAreBlack) {
-    Generator generator;
-    Generator all;
-    all.show(
-        {
-            true, true, {264, 8},
-              15, 3
-    },
-        5);
-    for (uint32_t taps = 0; taps < 16; ++taps) {
-        SCOPED_TRACE(taps);
-        generator.show(
-            {
-                true, true, {264, 8},
-                  taps, 3
-        },
-            5);
-        for (uint32_t x = 0; x < 264; ++x) {
-            ASSERT_EQ(pixel(generator, x, 6), (taps >> (x % 4) & 1u) != 0 ? pixel(all, x, 6) : 0) << x;
-        }
-    }
-}
-
-TEST(GeneratorPatternTest, TheLargestFrameNeedsMemoryForOneLineOnly) {
-    Generator generator;
-    generator.show(Generator::settings({1, 1, 1, 65535, 65535, 15, 255}), 1);
-    EXPECT_EQ(generator.size(), (PictureSize{524280, 65536}));
-    EXPECT_EQ(pixel(generator, 524279, 65535), (524279 + 65535) % 256);
 }
 
 using GeneratorTest = StageFixture;
@@ -98,44 +56,22 @@ TEST_F(GeneratorTest, ReplacesTheCameraWhileItIsEnabled) {
     switchToGenerator();
     mBoard.setLink(false);
     EXPECT_EQ(mBoard.disturbances().setLinkGap(0, 1e9).code, 0);
-    set({
-        {"AACamPortEnable", 0}
-    });
+    set("AACamPortEnable", 0);
     const std::vector<uint8_t> pattern = acquire();
     ASSERT_EQ(pattern.size(), 2048u) << "without a camera";
     EXPECT_EQ(pattern[64 + 1], 2);
     EXPECT_EQ(pattern[64 * 31 + 63], 31 + 63);
-    set({
-        {"AAGenWidth",  4 },
-        {"AAGenHeight", 15}
-    });
+    set("AAGenWidth", 4);
+    set("AAGenHeight", 15);
     const std::vector<uint8_t> small = acquire();
     EXPECT_EQ(small[64 * 15 + 31], 15 + 31);
     EXPECT_EQ(small[64 * 15 + 32], 0) << "beyond the line";
     EXPECT_THAT(std::vector<uint8_t>(small.begin() + 64 * 16, small.end()), Each(0)) << "beyond the frame";
     EXPECT_EQ(mBoard.disturbances().setLinkGap(0, 0).code, 0);
     mBoard.setLink(true);
-    set({
-        {"AACamPortEnable", 1},
-        {"AAGenEnable",     0}
-    });
+    set("AACamPortEnable", 1);
+    set("AAGenEnable", 0);
     EXPECT_EQ(acquire(), camera);
-}
-
-TEST_F(GeneratorTest, NoPicturesComeFromAGeneratorThatStands) {
-    switchToGenerator();
-    for (const char* name : {"AAGenStart", "AAGenActive", "AAGenWidth"}) {
-        SCOPED_TRACE(name);
-        const uint64_t before = read(handleOf(name));
-        set({
-            {name, 0}
-        });
-        EXPECT_FALSE(delivers());
-        set({
-            {name, before}
-        });
-        EXPECT_TRUE(delivers());
-    }
 }
 
 TEST_F(GeneratorTest, ThePixelClockSetsTheFrameRate) {
@@ -155,54 +91,15 @@ TEST_F(GeneratorTest, ThePixelClockSetsTheFrameRate) {
     switchToGenerator();
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.periodNs);
-        set({
-            {"AAGenActive",    row.active   },
-            {"AAGenPassive",   row.passive  },
-            {"AAGenWidth",     row.width    },
-            {"AAGenLineWidth", row.lineWidth},
-            {"AAGenHeight",    row.height   }
-        });
+        set("AAGenActive", row.active);
+        set("AAGenPassive", row.passive);
+        set("AAGenWidth", row.width);
+        set("AAGenLineWidth", row.lineWidth);
+        set("AAGenHeight", row.height);
         ASSERT_EQ(start(3), 0);
         EXPECT_EQ(buffers.wait(3, 20), 3);
         EXPECT_EQ((buffers.ofPicture(3)->stamp - buffers.ofPicture(2)->stamp).count(), row.periodNs);
     }
-}
-
-TEST_F(GeneratorTest, AHeldGeneratorGoesOnWhereItStopped) {
-    switchToGenerator();
-    set({
-        {"AAGenLineWidth", 1024}
-    });
-    ASSERT_EQ(mBoard.setMode(ClockMode::realTime).code, 0);
-    BufferSet& buffers = addBuffers(200);
-    ASSERT_EQ(start(-1), 0);
-    EXPECT_GE(buffers.wait(2, 20), 2);
-    set({
-        {"AAGenStart", 0}
-    });
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    const int32_t last = buffers.lastPicture();
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    EXPECT_EQ(buffers.lastPicture(), last);
-    set({
-        {"AAGenStart", 1}
-    });
-    EXPECT_GT(buffers.wait(last + 1, 20), last);
-    // 28 frames would have fitted in; one that was complete when the generator was held may be on its way.
-    EXPECT_LE(buffers.ofPicture(last + 1)->frame - buffers.ofPicture(last)->frame, 3u);
-    EXPECT_EQ(mBoard.stopDma(0), 0);
-}
-
-TEST_F(GeneratorTest, ADisabledCameraPortStopsTheCamera) {
-    set({
-        {"AACamPortEnable", 0}
-    });
-    EXPECT_FALSE(delivers());
-    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "the link is up all the same";
-    set({
-        {"AACamPortEnable", 1}
-    });
-    EXPECT_TRUE(delivers());
 }
 
 }  // namespace

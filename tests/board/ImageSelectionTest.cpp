@@ -19,10 +19,8 @@ TEST(ImageSelectionRuleTest, TheRegistersCountThePeriodFromZero) {
 using ImageSelectionTest = StageFixture;
 
 TEST_F(ImageSelectionTest, OneFrameOfEveryPeriodArrives) {
-    set({
-        {"AAImgSelectPeriod", 3},
-        {"AAImgSelect",       2}
-    });
+    set("AAImgSelectPeriod", 3);
+    set("AAImgSelect", 2);
     BufferSet& buffers = addBuffers(5);
     ASSERT_EQ(start(5), 0);
     EXPECT_EQ(buffers.wait(5, 20), 5);
@@ -30,21 +28,6 @@ TEST_F(ImageSelectionTest, OneFrameOfEveryPeriodArrives) {
         EXPECT_EQ(buffers.ofPicture(picture)->frame, static_cast<uint64_t>(4 * picture - 1)) << picture;
     }
     EXPECT_EQ(mBoard.statistics().lost, 0u);
-}
-
-TEST_F(ImageSelectionTest, NothingArrivesFromBeyondThePeriod) {
-    set({
-        {"AAImgSelectPeriod", 1},
-        {"AAImgSelect",       2}
-    });
-    BufferSet& buffers = addBuffers(1);
-    ASSERT_EQ(start(1), 0);
-    EXPECT_EQ(buffers.wait(1, 1), kTimeOut);
-    set({
-        {"AAImgSelectPeriod", 2}
-    });
-    EXPECT_EQ(buffers.wait(1, 20), 1);
-    EXPECT_EQ(buffers.ofPicture(1)->frame, 3u);
 }
 
 }  // namespace

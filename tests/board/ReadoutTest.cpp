@@ -67,23 +67,10 @@ TEST(ReadoutGeometryTest, TheCameraSendsOnePixelOfEachTapInAClock) {
     EXPECT_THAT(sent(50), ElementsAre(1, 3, 5, 7, 8, 10, 12, 14, 0, 2, 4, 6, 9, 11, 13, 15)) << "|<1 .. <4 5> .. 8>|";
 }
 
-TEST(ReadoutGeometryTest, IsFoundByItsNameOrNumber) {
-    EXPECT_EQ(findGeometry("SMODE_UNCHANGED")->number, 0);
-    EXPECT_EQ(findGeometry("SMODE_TAB8_21")->number, 51);
-    EXPECT_EQ(findGeometry("34")->name, "SMODE_TAB8_4");
-    for (const char* text :
-         {"", "2", "52", "-1", "30 ", "smode_tab8_0", "SMODE_TAB8_22", "SMODE_TAB8_", "99999999999"}) {
-        EXPECT_EQ(findGeometry(std::string_view(text)), nullptr) << text;
-    }
-}
-
 class ReadoutTest : public StageFixture {
 protected:
     void setSorter(const TapSorter::Values& registers) {
-        for (size_t i = 0; i < registers.size(); ++i)
-            set({
-                {kNames[i], registers[i]}
-            });
+        for (size_t i = 0; i < registers.size(); ++i) set(kNames[i], registers[i]);
     }
     std::vector<uint8_t> scene() {
         std::string why;
@@ -103,44 +90,14 @@ TEST_F(ReadoutTest, EveryGeometryIsSortedByItsOwnRegisterValuesAlone) {
     }
 }
 
-TEST_F(ReadoutTest, UnknownRegisterValuesPassThePixelsOnAsTheyCome) {
-    ASSERT_EQ(mBoard.setGeometry("SMODE_REVERSE").code, 0);
-    setSorter(kRows[0].registers);
-    const std::vector<uint8_t> asTheyCome = acquire();
-    EXPECT_NE(asTheyCome, scene());
-    for (size_t i = 0; i < std::size(kNames); ++i) {
-        TapSorter::Values damaged = kRows[1].registers;
-        damaged[i] ^= 1;
-        setSorter(damaged);
-        EXPECT_EQ(acquire(), asTheyCome) << kNames[i];
-    }
-    setSorter(kRows[1].registers);
-    EXPECT_EQ(acquire(), scene());
-    ASSERT_EQ(mBoard.setGeometry(0).code, 0);
-    EXPECT_NE(acquire(), scene()) << "the camera has changed, the sorter has not";
-}
-
 TEST_F(ReadoutTest, TheWindowIsCutOutOfTheSortedLine) {
     ASSERT_EQ(mBoard.setGeometry(43).code, 0);
     setSorter(kRows[15].registers);
-    set({
-        {"AAAreaWidth",  1},
-        {"AAAreaHeight", 0}
-    });
+    set("AAAreaWidth", 1);
+    set("AAAreaHeight", 0);
     const std::vector<uint8_t> picture = acquire();
     const std::vector<uint8_t> expected = scene();
     EXPECT_TRUE(std::equal(picture.begin(), picture.begin() + 32, expected.begin()));
-}
-
-TEST_F(ReadoutTest, TheGeneratorIsSortedLikeACameraWhosePixelsComeAsTheyLie) {
-    switchToGenerator();
-    setSorter(kRows[0].registers);
-    const std::vector<uint8_t> pattern = acquire();
-    ASSERT_EQ(mBoard.setGeometry(43).code, 0);
-    EXPECT_EQ(acquire(), pattern) << "the camera has no say in it";
-    setSorter(kRows[1].registers);
-    const std::vector<uint8_t> reversed = acquire();
-    EXPECT_TRUE(std::equal(pattern.begin(), pattern.begin() + 64, reversed.rend() - 64)) << "the first line";
 }
 
 TEST_F(ReadoutTest, RefusesWhatCannotBeReadOut) {
@@ -152,16 +109,6 @@ TEST_F(ReadoutTest, RefusesWhatCannotBeReadOut) {
     EXPECT_THAT(narrow.text, AllOf(HasSubstr("SMODE_TAB8_0"), HasSubstr("72"), HasSubstr("multiple of 16")));
     setSorter(kRows[2].registers);
     EXPECT_EQ(acquire(), scene()) << "a refusal changes nothing";
-
-    ASSERT_EQ(mBoard.setGeometry(0).code, 0);
-    ASSERT_EQ(mBoard.setScene({72, 32}).code, 0);
-    EXPECT_EQ(mBoard.setGeometry(30).code, kBadSetting);
-    const std::vector<uint8_t> picture = acquire();
-    setSorter(kRows[0].registers);
-    EXPECT_EQ(picture, acquire()) << "such a width is not sorted";
-
-    ASSERT_EQ(start(-1), 0);
-    EXPECT_EQ(mBoard.setGeometry(0).code, kBusy);
 }
 
 }  // namespace

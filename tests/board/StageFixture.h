@@ -1,22 +1,32 @@
 #pragma once
 
 #include <algorithm>
-#include <map>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "board/BoardFixture.h"
+#include "simulation/design/DesignText.h"
 
-/// A board whose design has the registers of every stage, set up so that each picture is a whole frame of the camera.
+/// \return the design that the applet brings along
+inline simulation::Design quillonDesign() {
+    std::ifstream file(QUILLON_SOURCE "/StandardApplets/Quillon/data/quillon.design");
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::string why;
+    const auto design = simulation::parseDesignText(text, why);
+    EXPECT_TRUE(design) << why;
+    return design.value_or(simulation::Design());
+}
+
+/// A board of the applet's own design, set up so that each picture is a whole frame of the camera.
 class StageFixture : public BoardFixture {
 protected:
     StageFixture() {
         EXPECT_EQ(mBoard.configure(&mStages), 0);
-        set({
-            {"AAAreaWidth",     3 },
-            {"AAAreaHeight",    31},
-            {"AAglobal_work",   1 },
-            {"AACamPortEnable", 1 }
-        });
+        set("AAAreaWidth", 3);
+        set("AAAreaHeight", 31);
+        set("AAglobal_work", 1);
+        set("AACamPortEnable", 1);
     }
 
     int handleOf(const std::string& name) const {
@@ -26,22 +36,16 @@ protected:
         return static_cast<int>(found - mStages.registers.begin()) + 1;
     }
 
-    void set(const std::map<std::string, uint64_t>& values) {
-        for (const auto& [name, value] : values) write(handleOf(name), value);
-    }
+    void set(const std::string& name, uint64_t value) { write(handleOf(name), value); }
 
     /// The generator sends frames of 64 x 32 pixels, all taps on.
     void switchToGenerator() {
-        set({
-            {"AAGenActive", 8 },
-            {"AAGenWidth",  8 },
-            {"AAGenHeight", 31},
-            {"AAGenMask",   15}
-        });
-        set({
-            {"AAGenStart",  1},
-            {"AAGenEnable", 1}
-        });
+        set("AAGenActive", 8);
+        set("AAGenWidth", 8);
+        set("AAGenHeight", 31);
+        set("AAGenMask", 15);
+        set("AAGenStart", 1);
+        set("AAGenEnable", 1);
     }
 
     /// The pixels of the first picture that arrives; empty where none does.
@@ -63,59 +67,5 @@ protected:
         return hasCome;
     }
 
-    const simulation::Design mStages{
-        2626,
-        {{"AAAreaWidth", 12, 1, 0},
-          {"AAAreaHeight", 16, 1, 0},
-          {"AAglobal_work", 1, 1, 0},
-          {"AAReset", 1, 1, 0},
-          {"AACamPortEnable", 1, 1, 0},
-          {"TapNumber", 4, 1, 0},
-          {"TapDirection", 8, 1, 0},
-          {"ReadOutMirror", 8, 1, 0},
-          {"ReadOutTapOrder", 16, 1, 0},
-          {"InsertionBypass", 1, 1, 0},
-          {"TapSortingSchemaA", 32, 1, 0},
-          {"TapSortingSchemaB", 32, 1, 0},
-          {"AAGenActive", 8, 1, 0},
-          {"AAGenPassive", 8, 1, 0},
-          {"AAGenWidth", 16, 1, 0},
-          {"AAGenLineWidth", 16, 1, 0},
-          {"AAGenHeight", 16, 1, 0},
-          {"AAGenMask", 4, 1, 0},
-          {"AAGenRoll", 8, 1, 0},
-          {"AAGenEnable", 1, 1, 0},
-          {"AAGenStart", 1, 1, 0},
-          {"AATrg_DigitalIn", 8, 2, 0},
-          {"AATrg_DigitalOut", 2, 1, 0},
-          {"AATrg_CCConfig", 16, 1, 0},
-          {"AAImgSelect", 16, 1, 0},
-          {"AAImgSelectPeriod", 16, 1, 0},
-          {"AAKneeLutAddr", 10, 1, 0},
-          {"AAKneeLutStart", 17, 1, 0},
-          {"AAKneeLutEnd", 17, 1, 0},
-          {"AAKneeLutWrite", 4, 1, 0},
-          {"AATrgArea_HdPeriod", 16, 1, 0},
-          {"AATrg_ImgBusy", 1, 2, 0},
-          {"AATrgArea_SwTrgQueueFillLevel", 8, 2, 0},
-          {"AATrgArea_SwTrgQueueTriggers", 8, 1, 0},
-          {"AATrgArea_SwTrgQueueEnable", 1, 1, 0},
-          {"AATrgArea_FlashLow", 20, 1, 0},
-          {"AAEnable_ProgFlashDuration", 1, 1, 0},
-          {"AATrgArea_ExSyncHigh", 20, 1, 0},
-          {"AATrg_ExSyncHighActive", 1, 1, 0},
-          {"AATrgArea_ExSyncLow", 20, 1, 0},
-          {"AATrgArea_ExSyncMode", 2, 1, 0},
-          {"AATrgArea_ExSyncOn", 1, 1, 0},
-          {"AATrgArea_FlashDelay", 20, 1, 0},
-          {"AATrgArea_FlashEnable", 1, 1, 0},
-          {"AATrg_FlashHighActive", 1, 1, 0},
-          {"AATrg_ImgInLowActive", 1, 1, 0},
-          {"AATrg_ImgInSelect", 3, 1, 0},
-          {"AATrg_ImgSwEnable", 1, 1, 0},
-          {"AATrg_ImgSwSet", 1, 1, 0},
-          {"AATrgArea_ExSyncDelay", 20, 1, 0},
-          {"AATrgArea_TriggersTillStop", 31, 1, 0}},
-        {}
-    };
+    const simulation::Design mStages = quillonDesign();
 };

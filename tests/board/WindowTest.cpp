@@ -75,25 +75,4 @@ TEST(WindowTest, WhatDoesNotFitIsCutOffWithinALine) {
               0u);
 }
 
-TEST(WindowTest, TheWindowLooksAtTheLineInItsOrder) {
-    const Picture picture = numbered(64, 2);
-    std::vector<uint32_t> backwards(64);
-    for (uint32_t x = 0; x < 64; ++x) backwards[x] = 63 - x;
-    std::vector<uint8_t> target(32, 0xEE);
-    Window window;
-    window.x = 48;
-    window.y = 1;
-    window.size = {32, 1};
-    EXPECT_EQ(cut(window, picture, target, LineOrder(backwards)), 32u);
-    for (uint32_t x = 0; x < 16; ++x) EXPECT_EQ(target[x], expectedAt(picture, 15 - x, 1)) << x;
-    EXPECT_THAT(std::span(target).subspan(16), Each(0)) << "beyond the sensor";
-}
-
-TEST(WindowTest, TheRegistersCountClocksAndLines) {
-    const Window window = Window::of({63, 65535, 4095, 7});
-    EXPECT_EQ(std::tuple(window.x, window.y), std::tuple(65520u, 7u));
-    EXPECT_EQ(window.size, (PictureSize{1024, 65536}));
-    EXPECT_EQ(Window::of({0, 0, 0, 0}).size, (PictureSize{16, 1}));
-}
-
 }  // namespace
