@@ -153,13 +153,6 @@ bool FaultyRuntime::takeFault() {
     return mHasFailed.exchange(false);
 }
 
-uint64_t FaultyRuntime::value(std::string_view name) const {
-    for (int handle = 1; handle <= registerCount(); ++handle) {
-        if (rowOf(handle).name == name) return mValues[static_cast<size_t>(handle)];
-    }
-    return ~uint64_t{0};
-}
-
 int FaultyRuntime::waiters() {
     const std::lock_guard lock(mMutex);
     return mWaiters;
