@@ -111,33 +111,23 @@ private:
 /// The test's side of a stub library; the applet gets the same copy, because it opens the same file.
 class Stub {
 public:
-    explicit Stub(const std::filesystem::path& path)
-        : mLibrary(path),
-          mCalls(mLibrary.function<const char*()>("stub_calls")),
-          mClear(mLibrary.function<void()>("stub_clear")),
-          mAnswer(mLibrary.function<void(const char*, int64_t)>("stub_answer")) {}
+    explicit Stub(const std::filesystem::path& path) : mLibrary(path) {}
 
-    void answer(const char* operation, int64_t value) const { mAnswer(operation, value); }
-    void clear() const { mClear(); }
-    /// \return the calls since the last clear(), which they are forgotten by
+    void answer(const char* operation, int64_t value) const {
+        mLibrary.function<void(const char*, int64_t)>("stub_answer")(operation, value);
+    }
+    /// \return the calls since this was last called
     std::vector<std::string> takeCalls() const {
-        std::istringstream text(mCalls());
+        std::istringstream text(mLibrary.function<const char*()>("stub_calls")());
         std::vector<std::string> lines;
         for (std::string line; std::getline(text, line);) lines.push_back(line);
-        mClear();
+        mLibrary.function<void()>("stub_clear")();
         return lines;
     }
 
 private:
     Library mLibrary;
-    const char* (*mCalls)();
-    void (*mClear)();
-    void (*mAnswer)(const char*, int64_t);
 };
 
-/// A pointer with a number for an address, as an opaque handle.
-template <class Handle>
-Handle* handleOf(uintptr_t number) {
-    return reinterpret_cast<Handle*>(number);
-}
-inline FgDevice* device(uintptr_t number = 0x1001) { return handleOf<FgDevice>(number); }
+/// A board's handle with a number for an address.
+inline FgDevice* device(uintptr_t number = 0x1001) { return reinterpret_cast<FgDevice*>(number); }

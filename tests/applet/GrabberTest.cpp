@@ -196,21 +196,12 @@ TEST_F(GrabberTest, EveryModeBringsAHundredPicturesInItsOwnWay) {
     EXPECT_EQ(statistics.missed, 0U);
 }
 
-TEST_F(GrabberTest, TagsAndTimeStampsBeginAgainAndAHeldTransferBringsNothing) {
+TEST_F(GrabberTest, TagsAndTimeStampsBeginAgain) {
     constexpr uint64_t kLastMicrosecondNs = 2'147'483'647'000;
     const auto begin = board<decltype(tavo_sim_first_time_stamp)>("tavo_sim_first_time_stamp");
-    const auto hold = board<decltype(tavo_sim_hold_dma)>("tavo_sim_hold_dma");
     openWithBuffers();
     EXPECT_EQ(board<decltype(tavo_sim_first_tag)>("tavo_sim_first_tag")(device(), 2147483647), 0);
     EXPECT_EQ(begin(device(), kLastMicrosecondNs - 15'000'000), 0);
-    EXPECT_EQ(hold(device(), 1), 0);
-    start(kBuffers);
-    EXPECT_EQ(waitFor(1, 0), TAVO_SIM_TIME_OUT);
-    EXPECT_EQ(stop(), 0);
-    tavo_sim_losses losses{99, 99};
-    EXPECT_EQ(board<decltype(tavo_sim_get_losses)>("tavo_sim_get_losses")(device(), &losses), 0);
-    EXPECT_EQ(losses.dropped, 0U);
-    EXPECT_EQ(hold(device(), 0), 0);
     start(kBuffers);
     EXPECT_EQ(waitFor(kBuffers), kBuffers);
     const auto tag = applet<decltype(TavoGetDmaTag)>("TavoGetDmaTag");

@@ -58,9 +58,7 @@ TEST_F(InstallationTest, PathIsTheOneUnderWhichTheAppletWasOpened) {
     fs::create_symlink(real, tree.root() / "bin" / "libQuillon.so");
     EXPECT_EQ(load(tree.root() / "bin" / "libQuillon.so"), kLoaded) << "links are not resolved";
     const fs::path former = fs::current_path();
-    fs::current_path(tree.root());
-    EXPECT_EQ(load("bin/libQuillon.so"), kLoaded);
-    fs::current_path("bin");
+    fs::current_path(tree.root() / "bin");
     EXPECT_EQ(load("./libQuillon.so"), kNotFound) << "only folders of the opened path count";
     fs::current_path(former);
 }

@@ -42,8 +42,6 @@ include StandardApplets/Quillon/Quillon.cpp $basis/PSFx4/PSWindow.h
 expect pass includes
 include simulation/board/Camera.cpp tools/host/Grabber.h
 expect 'simulation may include' includes
-include $basis/Fg_StdMaster.cpp StandardApplets/Quillon/Quillon.h
-expect "$basis may include" includes
 include $basis/Fg_StdMaster.h $basis/RSFx4/RSControl.h
 expect 'headers of the shared classes know no module' includes
 include $basis/PSFx4/PSWindow.cpp $basis/RSFx4/RSCamPort.h
@@ -79,8 +77,6 @@ file a.cpp '// Cuts the window out of the picture: special parts, 3.1 of them.'
 expect pass texts
 file a.cpp "// More of it: spec""ification, page 3."
 expect 'a.cpp:1' texts
-file docs/a.md "Part"" 3.1 tells more."
-expect 'docs/a.md:1' texts
 file a.h "// TO""DO: the rest"
 expect 'unfinished' texts
 file run "cd /wo""rk/main"
