@@ -62,9 +62,9 @@ public:
     static dma_mem* memory();
 
 private:
-    struct Functions;
     [[nodiscard]] bool fails(Operation operation);
-    static void install(bool on);
+    static void fillTables();
+    static void clearTables();
 
     std::atomic<int> mOperation{-1};
     std::atomic<int> mCallsLeft{0};
