@@ -46,38 +46,26 @@ private:
 
 /// The functions of an applet library that most tests call.
 struct AppletFunctions {
-    explicit AppletFunctions(const Library& library)
-        : Std_entry(library.function<decltype(::Std_entry)>("Std_entry")),
-          Info(library.function<decltype(::Info)>("Info")),
-          Fg_FreeGrabber(library.function<decltype(::Fg_FreeGrabber)>("Fg_FreeGrabber")),
-          SHW_OpenLib(library.function<decltype(::SHW_OpenLib)>("SHW_OpenLib")),
-          HAPRT_OpenLib(library.function<decltype(::HAPRT_OpenLib)>("HAPRT_OpenLib")) {}
+    const Library& library;
 
-    decltype(::Std_entry)* Std_entry;
-    decltype(::Info)* Info;
-    decltype(::Fg_FreeGrabber)* Fg_FreeGrabber;
-    decltype(::SHW_OpenLib)* SHW_OpenLib;
-    decltype(::HAPRT_OpenLib)* HAPRT_OpenLib;
+    decltype(::Std_entry)* Std_entry = library.function<decltype(::Std_entry)>("Std_entry");
+    decltype(::Info)* Info = library.function<decltype(::Info)>("Info");
+    decltype(::Fg_FreeGrabber)* Fg_FreeGrabber = library.function<decltype(::Fg_FreeGrabber)>("Fg_FreeGrabber");
+    decltype(::SHW_OpenLib)* SHW_OpenLib = library.function<decltype(::SHW_OpenLib)>("SHW_OpenLib");
+    decltype(::HAPRT_OpenLib)* HAPRT_OpenLib = library.function<decltype(::HAPRT_OpenLib)>("HAPRT_OpenLib");
 };
 
-/// Sets an environment variable and puts it back as it was; null unsets it.
+/// Sets an environment variable, which the test program itself leaves unset; null unsets it, as does the end.
 class Variable {
 public:
-    Variable(const char* name, const char* value) : mName(name) {
-        const char* const former = getenv(name);
-        mWasSet = former != nullptr;
-        if (mWasSet) mFormer = former;
-        set(value);
-    }
+    Variable(const char* name, const char* value) : mName(name) { set(value); }
     Variable(const Variable&) = delete;
     Variable& operator=(const Variable&) = delete;
-    ~Variable() { set(mWasSet ? mFormer.c_str() : nullptr); }
+    ~Variable() { set(nullptr); }
     void set(const char* value) const { value == nullptr ? unsetenv(mName) : setenv(mName, value, 1); }
 
 private:
     const char* mName;
-    bool mWasSet;
-    std::string mFormer;
 };
 
 /// A folder that goes with the test, for installation trees. Libraries are copied into it: a copy has a state of
@@ -105,8 +93,8 @@ public:
     }
     /// Both recording stubs.
     void addStubs(const std::filesystem::path& below = "") {
-        addStub("stub_tavo_hw", "tavo_hw", below);
-        addStub("stub_haprt", "haprt", below);
+        addStub("stub", "tavo_hw", below);
+        addStub("stub", "haprt", below);
     }
     std::filesystem::path copy(const std::filesystem::path& from, const std::filesystem::path& place) {
         const std::filesystem::path target = mRoot / place;
@@ -123,33 +111,23 @@ private:
 /// The test's side of a stub library; the applet gets the same copy, because it opens the same file.
 class Stub {
 public:
-    explicit Stub(const std::filesystem::path& path)
-        : mLibrary(path),
-          mCalls(mLibrary.function<const char*()>("stub_calls")),
-          mClear(mLibrary.function<void()>("stub_clear")),
-          mAnswer(mLibrary.function<void(const char*, int64_t)>("stub_answer")) {}
+    explicit Stub(const std::filesystem::path& path) : mLibrary(path) {}
 
-    void answer(const char* operation, int64_t value) const { mAnswer(operation, value); }
-    void clear() const { mClear(); }
-    /// \return the calls since the last clear(), which they are forgotten by
+    void answer(const char* operation, int64_t value) const {
+        mLibrary.function<void(const char*, int64_t)>("stub_answer")(operation, value);
+    }
+    /// \return the calls since this was last called
     std::vector<std::string> takeCalls() const {
-        std::istringstream text(mCalls());
+        std::istringstream text(mLibrary.function<const char*()>("stub_calls")());
         std::vector<std::string> lines;
         for (std::string line; std::getline(text, line);) lines.push_back(line);
-        mClear();
+        mLibrary.function<void()>("stub_clear")();
         return lines;
     }
 
 private:
     Library mLibrary;
-    const char* (*mCalls)();
-    void (*mClear)();
-    void (*mAnswer)(const char*, int64_t);
 };
 
-/// A pointer with a number for an address, as an opaque handle.
-template <class Handle>
-Handle* handleOf(uintptr_t number) {
-    return reinterpret_cast<Handle*>(number);
-}
-inline FgDevice* device(uintptr_t number = 0x1001) { return handleOf<FgDevice>(number); }
+/// A board's handle with a number for an address.
+inline FgDevice* device(uintptr_t number = 0x1001) { return reinterpret_cast<FgDevice*>(number); }

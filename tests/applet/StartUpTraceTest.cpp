@@ -38,20 +38,18 @@ std::string lineOf(const std::string& call) {
     return call;
 }
 
-/// Folds each load of the knee lookup table into one line that counts its writes.
-std::vector<std::string> withoutTables(const std::vector<std::string>& lines) {
-    const auto isTable = [](const std::string& line) { return line.starts_with("write AAKneeLut"); };
-    std::vector<std::string> folded;
-    for (auto line = lines.begin(); line != lines.end();) {
-        const auto end = std::find_if_not(line, lines.end(), isTable);
-        if (end == line) {
-            folded.push_back(*line++);
-            continue;
-        }
-        folded.push_back("write AAKneeLut... " + std::to_string(end - line) + " times");
-        line = end;
+/// \return the calls in the words of the file; a load of the knee lookup table is one line that counts its writes
+std::vector<std::string> linesOf(const std::vector<std::string>& calls) {
+    std::vector<std::string> lines;
+    int tableWrites = 0;
+    for (const std::string& call : calls) {
+        const std::string line = lineOf(call);
+        const bool isTable = line.starts_with("write AAKneeLut");
+        if (isTable && tableWrites++ > 0) lines.pop_back();
+        if (!isTable) tableWrites = 0;
+        lines.push_back(isTable ? "write AAKneeLut... " + std::to_string(tableWrites) + " times" : line);
     }
-    return folded;
+    return lines;
 }
 
 /// \return the lines of the file, without its head
@@ -69,17 +67,16 @@ protected:
     StartUpTraceTest() {
         Installation tree;
         const Library applet(tree.addApplet());
-        const AppletFunctions functions(applet);
-        const Stub board(tree.addStub("stub_tavo_hw", "tavo_hw"));
-        const Stub runtime(tree.addStub("stub_haprt", "haprt"));
+        const AppletFunctions functions{applet};
+        const Stub board(tree.addStub("stub", "tavo_hw"));
+        const Stub runtime(tree.addStub("stub", "haprt"));
         runtime.answer("HapLoadDesignFromBuffer", 0x2002);
         int err = -1;
         Fg_Struct grabber{functions.Std_entry(device(), &err, 0)};
         EXPECT_EQ(err, 0);
-        for (const std::string& call : board.takeCalls()) trace.push_back(lineOf(call));
-        trace = withoutTables(trace);
+        trace = linesOf(board.takeCalls());
         functions.Fg_FreeGrabber(&grabber);
-        for (const std::string& call : board.takeCalls()) tearDown.push_back(lineOf(call));
+        tearDown = linesOf(board.takeCalls());
     }
 
     const Variable mDirect{"TAVO_ENABLE_DRA", nullptr};

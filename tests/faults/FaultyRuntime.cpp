@@ -23,116 +23,107 @@ const DesignRegister& rowOf(int handle) { return designRegisters()[static_cast<s
 
 }  // namespace
 
-/// What stands in the tables.
-struct FaultyRuntime::Functions {
-    static bool fails(Operation operation) { return gCurrent->fails(operation); }
+FaultyRuntime::FaultyRuntime() {
+    // Read before anything fails or is counted.
+    if (designRegisters().size() >= mValues.size()) throw std::length_error("the design has more registers than this");
+    gCurrent = this;
+    fillTables();
+}
 
-    static int configure(FgDevice*, fpga_design* design) {
-        return fails(Operation::kConfigure) || design == nullptr ? kFault : 0;
-    }
-    static int write(FgDevice*, int handle, uint64_t value) {
-        if (fails(Operation::kRegisterWrite)) return kFault;
+FaultyRuntime::~FaultyRuntime() {
+    clearTables();
+    gCurrent = nullptr;
+}
+
+void FaultyRuntime::clearTables() {
+#define FABRIX_TAVO(result, name, parameters, arguments) m_P##name = nullptr;
+#define FABRIX_HAP(result, name, parameters, arguments) m_P##name = nullptr;
+#include "fabrix/runtime_operations.inc"
+}
+
+void FaultyRuntime::fillTables() {
+    m_PTavoConfigureFpga = [](FgDevice*, fpga_design* design) -> int {
+        return gCurrent->fails(Operation::kConfigure) || design == nullptr ? kFault : 0;
+    };
+    m_PTavoRegisterWrite = [](FgDevice*, int handle, uint64_t value) -> int {
+        if (gCurrent->fails(Operation::kRegisterWrite)) return kFault;
         if (!isRegister(handle) || rowOf(handle).direction != 1) return kNoRegister;
         gCurrent->mValues[static_cast<size_t>(handle)] = value;
         return 0;
-    }
-    static int read(FgDevice*, int handle, uint64_t* value) {
-        if (fails(Operation::kRegisterRead)) return kFault;
+    };
+    m_PTavoRegisterRead = [](FgDevice*, int handle, uint64_t* value) -> int {
+        if (gCurrent->fails(Operation::kRegisterRead)) return kFault;
         if (!isRegister(handle)) return kNoRegister;
         *value = gCurrent->mValues[static_cast<size_t>(handle)];
         return 0;
-    }
-    static int start(FgDevice*, int, frameindex_t, size_t, dma_mem*, int, frameindex_t, int, int) {
-        if (fails(Operation::kDmaStartRead)) return kFault;
+    };
+    m_PTavoDmaStartRead = [](FgDevice*, int, frameindex_t, size_t, dma_mem*, int, frameindex_t, int, int) -> int {
+        if (gCurrent->fails(Operation::kDmaStartRead)) return kFault;
         const std::lock_guard lock(gCurrent->mMutex);
         gCurrent->mIsRunning = true;
         return 0;
-    }
-    static int stop(FgDevice*, int, int, int) {
-        if (fails(Operation::kDmaStop)) return kFault;
+    };
+    m_PTavoDmaStop = [](FgDevice*, int, int, int) -> int {
+        if (gCurrent->fails(Operation::kDmaStop)) return kFault;
         const std::lock_guard lock(gCurrent->mMutex);
         gCurrent->mIsRunning = false;
         gCurrent->mChanged.notify_all();
         return 0;
-    }
-    static frameindex_t test(FgDevice*, int, dma_mem*) { return fails(Operation::kDmaTestBuffer) ? kFault : 3; }
-    static frameindex_t wait(FgDevice*, int, frameindex_t picture, dma_mem*, int timeout) {
-        if (fails(Operation::kDmaWaitForBuffer)) return kFault;
+    };
+    m_PTavoDmaTestBuffer = [](FgDevice*, int, dma_mem*) -> frameindex_t {
+        return gCurrent->fails(Operation::kDmaTestBuffer) ? kFault : 3;
+    };
+    m_PTavoDmaWaitForBuffer = [](FgDevice*, int, frameindex_t picture, dma_mem*, int timeout) -> frameindex_t {
+        if (gCurrent->fails(Operation::kDmaWaitForBuffer)) return kFault;
         if (timeout == 0) return picture;
         std::unique_lock lock(gCurrent->mMutex);
         ++gCurrent->mWaiters;
         gCurrent->mChanged.wait(lock, [] { return !gCurrent->mIsRunning; });
         --gCurrent->mWaiters;
         return kStopped;
-    }
-    static int tag(FgDevice*, dma_mem*, frameindex_t) { return fails(Operation::kDmaTag) ? kFault : 9; }
-    static size_t length(FgDevice*, dma_mem*, frameindex_t) { return fails(Operation::kDmaLength) ? 0 : 100; }
-    static int cameraStatus(FgDevice*, unsigned) { return fails(Operation::kCameraStatus) ? kFault : 1; }
+    };
+    m_PTavoGetDmaTag = [](FgDevice*, dma_mem*, frameindex_t) -> int {
+        return gCurrent->fails(Operation::kDmaTag) ? kFault : 9;
+    };
+    m_PTavoGetDmaLength = [](FgDevice*, dma_mem*, frameindex_t) -> size_t {
+        return gCurrent->fails(Operation::kDmaLength) ? 0 : 100;
+    };
+    m_PTavoGetCameraStatusExtended = [](FgDevice*, unsigned) -> int {
+        return gCurrent->fails(Operation::kCameraStatus) ? kFault : 1;
+    };
 
-    static fpga_design* load(const void*, size_t, int) {
-        if (fails(Operation::kLoadDesign)) return nullptr;
+    m_PHapLoadDesignFromBuffer = [](const void*, size_t, int) -> fpga_design* {
+        if (gCurrent->fails(Operation::kLoadDesign)) return nullptr;
         ++gCurrent->mDesignsOpen;
         return reinterpret_cast<fpga_design*>(&gDesign);
-    }
-    static fpga_design* loadFile(const char*, int, int) { return nullptr; }
-    static int unload(fpga_design*) {
+    };
+    m_PHapLoadHapFileWithType = [](const char*, int, int) -> fpga_design* { return nullptr; };
+    m_PHapUnloadHapFile = [](fpga_design*) -> int {
         --gCurrent->mDesignsOpen;
         ++gCurrent->mUnloads;
-        return fails(Operation::kUnloadDesign) ? kFault : 0;
-    }
-    static int byName(fpga_design*, const char* name) {
-        if (fails(Operation::kRegisterByName)) return 0;
+        return gCurrent->fails(Operation::kUnloadDesign) ? kFault : 0;
+    };
+    m_PHapGetRegisterByName = [](fpga_design*, const char* name) -> int {
+        if (gCurrent->fails(Operation::kRegisterByName)) return 0;
         const auto& rows = designRegisters();
         const auto found = std::find_if(rows.begin(), rows.end(), [name](const auto& row) { return row.name == name; });
         return found == rows.end() ? 0 : static_cast<int>(found - rows.begin()) + 1;
-    }
-    static int bitRange(fpga_design*, int handle) {
-        return fails(Operation::kBitRange) || !isRegister(handle) ? 0 : rowOf(handle).width;
-    }
-    static const char* name(fpga_design*, int handle) {
-        return fails(Operation::kRegisterName) || !isRegister(handle) ? nullptr : rowOf(handle).name.c_str();
-    }
-    static int direction(fpga_design*, int handle) {
-        return fails(Operation::kDirection) || !isRegister(handle) ? 0 : rowOf(handle).direction;
-    }
-    static int count(fpga_design*) { return fails(Operation::kRegisterCount) ? kFault : registerCount(); }
-    static const char* userInfo(fpga_design*, const char*) {
-        return fails(Operation::kUserInfo) ? nullptr : "FaultyDesign";
-    }
-};
-
-FaultyRuntime::FaultyRuntime() {
-    // Read before anything fails or is counted.
-    if (designRegisters().size() >= mValues.size()) throw std::length_error("the design has more registers than this");
-    gCurrent = this;
-    install(true);
-}
-
-FaultyRuntime::~FaultyRuntime() {
-    install(false);
-    gCurrent = nullptr;
-}
-
-void FaultyRuntime::install(bool on) {
-    m_PTavoConfigureFpga = on ? &Functions::configure : nullptr;
-    m_PTavoRegisterWrite = on ? &Functions::write : nullptr;
-    m_PTavoDmaStartRead = on ? &Functions::start : nullptr;
-    m_PTavoDmaStop = on ? &Functions::stop : nullptr;
-    m_PTavoDmaTestBuffer = on ? &Functions::test : nullptr;
-    m_PTavoDmaWaitForBuffer = on ? &Functions::wait : nullptr;
-    m_PTavoGetDmaTag = on ? &Functions::tag : nullptr;
-    m_PTavoGetDmaLength = on ? &Functions::length : nullptr;
-    m_PTavoGetCameraStatusExtended = on ? &Functions::cameraStatus : nullptr;
-    m_PTavoRegisterRead = on ? &Functions::read : nullptr;
-    m_PHapLoadDesignFromBuffer = on ? &Functions::load : nullptr;
-    m_PHapUnloadHapFile = on ? &Functions::unload : nullptr;
-    m_PHapGetRegisterByName = on ? &Functions::byName : nullptr;
-    m_PHapGetRegisterBitRange = on ? &Functions::bitRange : nullptr;
-    m_PHapGetRegisterName = on ? &Functions::name : nullptr;
-    m_PHapGetRegisterDirection = on ? &Functions::direction : nullptr;
-    m_PHapGetNrOfRegister = on ? &Functions::count : nullptr;
-    m_PHapGetUserInfoByName = on ? &Functions::userInfo : nullptr;
-    m_PHapLoadHapFileWithType = on ? &Functions::loadFile : nullptr;
+    };
+    m_PHapGetRegisterBitRange = [](fpga_design*, int handle) -> int {
+        return gCurrent->fails(Operation::kBitRange) || !isRegister(handle) ? 0 : rowOf(handle).width;
+    };
+    m_PHapGetRegisterName = [](fpga_design*, int handle) -> const char* {
+        return gCurrent->fails(Operation::kRegisterName) || !isRegister(handle) ? nullptr : rowOf(handle).name.c_str();
+    };
+    m_PHapGetRegisterDirection = [](fpga_design*, int handle) -> int {
+        return gCurrent->fails(Operation::kDirection) || !isRegister(handle) ? 0 : rowOf(handle).direction;
+    };
+    m_PHapGetNrOfRegister = [](fpga_design*) -> int {
+        return gCurrent->fails(Operation::kRegisterCount) ? kFault : registerCount();
+    };
+    m_PHapGetUserInfoByName = [](fpga_design*, const char*) -> const char* {
+        return gCurrent->fails(Operation::kUserInfo) ? nullptr : "FaultyDesign";
+    };
 }
 
 bool FaultyRuntime::fails(Operation operation) {
@@ -151,13 +142,6 @@ void FaultyRuntime::plan(Operation operation, int n) {
 bool FaultyRuntime::takeFault() {
     mOperation = -1;
     return mHasFailed.exchange(false);
-}
-
-uint64_t FaultyRuntime::value(std::string_view name) const {
-    for (int handle = 1; handle <= registerCount(); ++handle) {
-        if (rowOf(handle).name == name) return mValues[static_cast<size_t>(handle)];
-    }
-    return ~uint64_t{0};
 }
 
 int FaultyRuntime::waiters() {

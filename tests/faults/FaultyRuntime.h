@@ -4,11 +4,10 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
-#include <string_view>
 
 #include "fabrix/applet.h"
 
-/// The operations that the applet itself calls, in the order of kOperationNames.
+/// The operations that the applet itself calls.
 enum class Operation {
     kConfigure,
     kRegisterWrite,
@@ -29,12 +28,7 @@ enum class Operation {
     kRegisterCount,
     kUserInfo,
 };
-inline constexpr std::array<std::string_view, 18> kOperationNames{
-    "TavoConfigureFpga",    "TavoRegisterWrite",           "TavoRegisterRead",        "TavoDmaStartRead",
-    "TavoDmaStop",          "TavoDmaTestBuffer",           "TavoDmaWaitForBuffer",    "TavoGetDmaTag",
-    "TavoGetDmaLength",     "TavoGetCameraStatusExtended", "HapLoadDesignFromBuffer", "HapUnloadHapFile",
-    "HapGetRegisterByName", "HapGetRegisterBitRange",      "HapGetRegisterName",      "HapGetRegisterDirection",
-    "HapGetNrOfRegister",   "HapGetUserInfoByName"};
+inline constexpr int kOperations = static_cast<int>(Operation::kUserInfo) + 1;
 
 /// Both runtime libraries as functions in the loaders' tables: the real design's registers, a DMA that brings
 /// pictures only when told to, and one planned fault. It records nothing and allocates nothing, so that every
@@ -61,7 +55,6 @@ public:
     /// Designs loaded and not unloaded yet; unloading one twice makes it negative.
     [[nodiscard]] int designsOpen() const { return mDesignsOpen; }
     [[nodiscard]] int unloads() const { return mUnloads; }
-    [[nodiscard]] uint64_t value(std::string_view name) const;
     /// Threads that wait for a picture at this moment.
     [[nodiscard]] int waiters();
 
@@ -69,9 +62,9 @@ public:
     static dma_mem* memory();
 
 private:
-    struct Functions;
     [[nodiscard]] bool fails(Operation operation);
-    static void install(bool on);
+    static void fillTables();
+    static void clearTables();
 
     std::atomic<int> mOperation{-1};
     std::atomic<int> mCallsLeft{0};

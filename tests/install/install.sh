@@ -51,21 +51,18 @@ outside=$(grep -v '/opt/quillon/lib/quillon-simulation/' simulation.files || tru
 
 dpkg-deb -x "${simulation[0]}" tree
 pictures=$prefix/lib/quillon-simulation/share/pictures
+page=share/doc/quillon/feature_blocks/PSWindow/PSWindow.html
+expect describe "page file +$prefix/$page" "$tool" --simulate describe FG_WIDTH
 expect info 'quillon-simulation/lib/libtavo_hw.so' "$tool" --simulate info
 expect doctor 'quillon-simulation' "$tool" --simulate doctor
 expect list 'FG_WIDTH' "$tool" --simulate list
-expect describe "page file +$prefix/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html" \
-    "$tool" --simulate describe FG_WIDTH
 expect acquire '.' "$tool" --simulate acquire --camera "$pictures" -n 2 --output "frame_%03d.png"
 # shellcheck disable=SC2012
 [[ $(ls frame_*.png | wc -l) -eq 2 ]] || fail 'two pictures expected'
 if "$tool" list >/dev/null 2>&1; then fail 'the bench tree took the stand-ins'; fi
-[[ -s $prefix/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html ]] || fail 'the documentation pages are missing'
-
-[[ -s $prefix/lib/quillon-simulation/share/doc/quillon/feature_blocks/PSWindow/PSWindow.html ]] ||
-    fail 'the documentation pages of the simulation tree are missing'
-
-[[ -s $prefix/share/man/man1/quillon.1 ]] || fail 'the manual page is missing'
+for file in "$page" "lib/quillon-simulation/$page" share/man/man1/quillon.1; do
+    [[ -s $prefix/$file ]] || fail "$file is missing"
+done
 # Each shell can read its completion file.
 expect bash '^$' bash -n "$prefix/share/bash-completion/completions/quillon"
 expect zsh '^$' zsh -n "$prefix/share/zsh/site-functions/_quillon"

@@ -1,7 +1,6 @@
 // Does the same again and again for a long time, over the software board, and looks whether memory or descriptors grow.
 #include <dlfcn.h>
 #include <malloc.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <array>
@@ -13,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -48,39 +48,15 @@ struct Holding {
 
     static Holding now() {
         Holding holding;
-        {
-            std::ifstream file("/proc/self/statm");
-            long pages = 0;
-            file >> pages >> holding.rss;
-            holding.rss *= sysconf(_SC_PAGESIZE) / 1024;
-        }
+        long pages = 0;
+        std::ifstream("/proc/self/statm") >> pages >> holding.rss;
+        holding.rss *= sysconf(_SC_PAGESIZE) / 1024;
         const struct mallinfo2 info = mallinfo2();
         holding.heap = static_cast<long>(info.uordblks + info.hblkhd);
-        for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-            static_cast<void>(entry);
-            ++holding.descriptors;
-        }
+        const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+        holding.descriptors = std::distance(begin(descriptors), end(descriptors));
         return holding;
     }
-};
-
-/// A folder of its own, which the process works in and which goes with it.
-class WorkFolder {
-public:
-    WorkFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quillon-soak-XXXXXX").string();
-        expect(mkdtemp(pattern.data()) != nullptr && chdir(pattern.c_str()) == 0, "there is a temporary folder");
-        mFolder = pattern;
-    }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(mFolder, ignored);
-    }
-
-private:
-    std::filesystem::path mFolder;
 };
 
 /// Writes of one grabber, of which some must be taken and some refused.
@@ -197,8 +173,12 @@ int main(int count, char** arguments) {
         const long leastOpens = count > 2 ? std::stol(arguments[2]) : 0;
         setenv("TAVO_SIM_MODE", "fast", 1);
         setenv("TAVO_SIM_SCENE", "64x64", 1);
-        const WorkFolder folder;
-        if (soak(seconds, leastOpens)) return 0;
+        const auto folder = std::filesystem::temp_directory_path() / ("quillon-soak-" + std::to_string(getpid()));
+        std::filesystem::create_directories(folder);
+        std::filesystem::current_path(folder);
+        const bool isFlat = soak(seconds, leastOpens);
+        std::filesystem::remove_all(folder);
+        if (isFlat) return 0;
         std::fprintf(stderr, "soak: more than %ld KiB RSS, %ld bytes of heap or any descriptor was kept\n",
                      kMostRssGrowth, kMostHeapGrowth);
     } catch (const std::exception& problem) {
