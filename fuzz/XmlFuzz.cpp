@@ -3,8 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "StandardApplets/grabber_basis/ParameterInfoBuilderXML.h"
-#include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
+#include "StandardApplets/grabber_basis/XmlFilters.h"
 #include "fuzz/Scratch.h"
 
 namespace {

@@ -9,6 +9,7 @@
 #include "StandardApplets/grabber_basis/Fg_StdMaster.h"
 #include "StandardApplets/grabber_basis/Fx3ParameterHeader.h"
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
+#include "StandardApplets/grabber_basis/XmlFilters.h"
 
 namespace {
 
@@ -16,9 +17,6 @@ constexpr const char* kRootName = "Root";
 constexpr const char* kDirectRegisterPrefix = "DRA_";
 constexpr const char* kGenApi = "http://www.genicam.org/GenApi/Version_1_0";
 constexpr const char* kSchemaInstance = "http://www.w3.org/2001/XMLSchema-instance";
-
-constexpr bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 constexpr bool isDescribedAsNode(FX3ParamType type) {
     return type == TYPE_INT || type == TYPE_DOUBLE || type == TYPE_ENUM;
@@ -37,16 +35,6 @@ std::map<int, std::string> entriesOf(const Fx3ENUMData& data, size_t port) {
 }
 
 }  // namespace
-
-std::string xmlNameFilter(const std::string& text) {
-    std::string name;
-    name.reserve(text.size());
-    for (size_t position = 0; position < text.size(); ++position) {
-        const char c = text[position];
-        if (isLetter(c) || (position != 0 && (isDigit(c) || c == '_'))) name += c;
-    }
-    return name;
-}
 
 // ---- Categories
 

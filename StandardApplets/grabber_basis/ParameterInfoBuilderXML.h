@@ -10,9 +10,6 @@ class Fg_StdMaster;
 class Fx3Parameter;
 class Fx3ParameterHeader;
 
-/// \return \p text reduced to letters, digits and underscores, the latter two not at its first position
-[[nodiscard]] std::string xmlNameFilter(const std::string& text);
-
 /// Writes the GenApi document of one camera port: the nodes of every exported parameter in ascending order of
 /// identifiers, a category for each parameter group in order of first use, and the port of the registers. Exported
 /// are visible integers, doubles and enumerations that stand in a group, direct registers excepted.

@@ -1,30 +1,18 @@
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <concepts>
 
 #include "StandardApplets/grabber_basis/Fx3Parameter.h"
+#include "StandardApplets/grabber_basis/XmlFilters.h"
 #include "fabrix/parameter_ids.h"
 
 namespace {
 
-struct Entity {
-    char character;
-    std::string_view text;
-};
-// clang-format off
-constexpr std::array kEntities{
-    Entity{'&', "&amp;"}, Entity{'<', "&lt;"}, Entity{'>', "&gt;"}, Entity{'"', "&quot;"}, Entity{'\'', "&apos;"},
-};
-// clang-format on
-
 constexpr int kTextLength = 4096;
 constexpr size_t kUsualGroup = 2048;  // bytes; longer ones grow
 constexpr int kLimitDigits = 16;      // of a floating-point field
-
-constexpr bool isReserved(char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; }
 
 void append(std::string& text, std::string_view part) { text += part; }
 
@@ -53,19 +41,6 @@ int32_t signedAddressOf(const Fx3Parameter& param, uint32_t selector) {
 }
 
 }  // namespace
-
-std::string xmlStringFilter(const std::string& text) {
-    if (std::none_of(text.begin(), text.end(), isReserved)) return text;
-    std::string filtered;
-    for (const char character : text) {
-        std::string_view copy(&character, 1);
-        for (const Entity& entity : kEntities) {
-            if (entity.character == character) copy = entity.text;
-        }
-        filtered += copy;
-    }
-    return filtered;
-}
 
 struct ParameterInfoGeneratorXML::RegisterFormat {
     std::string_view element;

@@ -7,9 +7,6 @@
 
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorBase.h"
 
-/// \return \p text with the five characters that XML reserves replaced by their entities; other bytes stay
-[[nodiscard]] std::string xmlStringFilter(const std::string& text);
-
 /// Writes the GenApi nodes of one parameter: registers for value and limits, a lock that follows the access bits, and
 /// the feature that a user sees. Addresses are parameter identifiers with the selector in the top two bits, just as
 /// the registry reads them, so a host needs no other table. The spellings `Endianess`, `Cachable` and `pSelect` are

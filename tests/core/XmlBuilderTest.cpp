@@ -2,6 +2,7 @@
 #include <locale>
 
 #include "StandardApplets/grabber_basis/ParameterInfoBuilderXML.h"
+#include "StandardApplets/grabber_basis/XmlFilters.h"
 #include "tests/core/GrabberTest.h"
 #include "tests/core/ProbeModule.h"
 

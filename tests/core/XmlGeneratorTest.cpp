@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "StandardApplets/grabber_basis/ParameterInfoGeneratorXML.h"
+#include "StandardApplets/grabber_basis/XmlFilters.h"
 #include "tests/core/GrabberTest.h"
 #include "tests/core/ProbeModule.h"
 
