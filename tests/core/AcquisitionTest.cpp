@@ -51,24 +51,6 @@ TEST_F(AcquisitionTest, StartPulsesResetThenStartsDmaThenGlobalWork) {
     }
 }
 
-TEST_F(AcquisitionTest, StartTakesTheTimeoutOfItsPath) {
-    EXPECT_EQ(set(FG_TIMEOUT, 3), -6000) << "no limits have been published yet";
-    EXPECT_EQ(load(FG_TIMEOUT, 3), 0);
-    EXPECT_EQ(start(), 0);
-    EXPECT_THAT(board.eventsOf("start "), ElementsAre("path=0 mode=16 count=5 timeout=3"));
-}
-
-TEST_F(AcquisitionTest, BadFlagIsRefusedAfterTheMemoryWasRemembered) {
-    for (const int flag : {0, 3, -1, 16}) {
-        EXPECT_EQ(start(1, flag), -2070);
-        EXPECT_EQ(lastError(), -2070);
-    }
-    EXPECT_EQ(images().getMemory(1), FakeBoard::memory());
-    EXPECT_EQ(images().getMemory(0), nullptr);
-    EXPECT_EQ(master().getActivePort(), 0);
-    EXPECT_THAT(board.events, IsEmpty());
-}
-
 TEST_F(AcquisitionTest, SecondStartIsRefusedUntilAStop) {
     EXPECT_EQ(start(), 0);
     board.clearEvents();
@@ -135,16 +117,6 @@ TEST_F(AcquisitionTest, FailingStopReversesTheOrderAndCanBeTriedAgain) {
     EXPECT_EQ(stop(), 0);
 }
 
-TEST_F(AcquisitionTest, FailedRegisterWritesFailNeitherStartNorStop) {
-    board.failWrite("AAReset", -9);
-    board.failWrite("AAglobal_work", -9);
-    EXPECT_EQ(start(), 0);
-    EXPECT_EQ(board.eventsOf("write AAReset").size(), 6U);
-    EXPECT_EQ(stop(), 0);
-    EXPECT_EQ(board.eventsOf("write AAReset").size(), 12U);
-    EXPECT_EQ(lastError(), 0);
-}
-
 TEST_F(AcquisitionTest, LastPicturePassesThePortAndFoldsFailures) {
     board.testResult = 12;
     EXPECT_EQ(Fg_getLastPicNumberEx(handle(), 1, FakeBoard::memory()), 12);
@@ -185,31 +157,6 @@ TEST_F(AcquisitionTest, BlockingWaitUsesPathZeroAndRecordsZeroAsItIs) {
     EXPECT_THAT(board.events, ElementsAre("wait path=0 picture=4 timeout=0"));
 }
 
-TEST_F(AcquisitionTest, StatusRecordsOnlyABadPort) {
-    EXPECT_EQ(start(0, 3), -2070);
-    EXPECT_EQ(status(0), 1);
-    EXPECT_EQ(lastError(), -2070);
-    EXPECT_EQ(start(), 0);
-    for (const int param : {0, 99, 101, -100}) EXPECT_EQ(status(1, param), -2070);
-    EXPECT_EQ(lastError(), 0);
-    for (const int port : {-1, 2, 7, 2147483647}) {
-        EXPECT_EQ(status(port), -2070);
-        EXPECT_EQ(lastError(), -2070);
-    }
-}
-
-TEST_F(AcquisitionTest, BadPortsStartNothingAndRememberNothing) {
-    for (const int port : {-1, 2, 7, 2147483647}) {
-        EXPECT_EQ(start(port), -2070);
-        EXPECT_EQ(lastError(), -2070);
-        EXPECT_EQ(images().getMemory(port), nullptr);
-    }
-    EXPECT_EQ(master().getActivePort(), 0);
-    EXPECT_THAT(board.events, IsEmpty());
-    EXPECT_EQ(start(), 0);
-    for (const int port : {-1, 2, 7, 2147483647}) EXPECT_EQ(stop(port), port == -1 ? 0 : -3010);
-}
-
 TEST_F(AcquisitionTest, TagsCountBuffersAndLengthsCountPictures) {
     images().setMemory(0, FakeBoard::memory());
     EXPECT_EQ(images().getImageTag(0, 1), 1000);
@@ -217,63 +164,6 @@ TEST_F(AcquisitionTest, TagsCountBuffersAndLengthsCountPictures) {
     EXPECT_EQ(images().getImageTransferLength(0, 5), 500U);
     EXPECT_EQ(images().getImageTransferLength(FakeBoard::memory(), 6), 600U);
     EXPECT_THAT(board.events, ElementsAre("tag 0", "tag 4", "length 5", "length 6"));
-}
-
-TEST_F(AcquisitionTest, FreshStateAndPathsThatDoNotExist) {
-    for (int path = 0; path < 4; ++path) {
-        EXPECT_EQ(images().getImageTimeout(path), 20);
-        EXPECT_EQ(images().getMemory(path), nullptr);
-        EXPECT_FALSE(images().getImageAcqStarted(path));
-    }
-    for (const int path : {-1, 4, 2147483647}) {
-        EXPECT_EQ(images().setMemory(path, FakeBoard::memory()), -61);
-        EXPECT_EQ(images().setImageTimeout(path, 1), -61);
-        images().setImageAcqStarted(path, true);
-        images().setImageDMATransferActive(path, true);
-        images().setImageDMAMode(path, 1);
-        images().setImageSize(static_cast<unsigned>(path), 1);
-        EXPECT_FALSE(images().getImageAcqStarted(path));
-        EXPECT_EQ(images().StartAcquire(1, 1, path, FakeBoard::memory()), -61);
-        EXPECT_EQ(images().stopImageAcquire(path), -3010);
-    }
-    EXPECT_EQ(images().StartAcquire(1, 3, 0, FakeBoard::memory()), -2070);
-    EXPECT_EQ(images().getImageDMAMode(0), 0);
-    EXPECT_THAT(board.events, IsEmpty());
-}
-
-TEST_F(AcquisitionTest, DualDesignUsesTheCallersPath) {
-    for (const char* name : {"ABSdramEnable", "ABglobal_work", "ABReset"}) board.registers.push_back({name, 1, 1});
-    mFabrixBoard->setIsDualDesign(true);
-    master().getController()->initRegisters();
-    EXPECT_EQ(start(1), 0);
-    EXPECT_EQ(start(0), 0);
-    EXPECT_EQ(master().getActivePort(), 0);
-    EXPECT_THAT(board.eventsOf("start "),
-                ElementsAre("path=1 mode=16 count=5 timeout=20", "path=0 mode=16 count=5 timeout=20"));
-    EXPECT_THAT(board.eventsOf("write ABglobal_work "), ElementsAre("1"));
-    EXPECT_EQ(board.eventsOf("write ABReset ").size(), 6U);
-    EXPECT_EQ(status(1), 0);
-    EXPECT_EQ(Fg_getLastPicNumberBlockingEx(handle(), 1, 1, 0, FakeBoard::memory()), 1);
-    EXPECT_THAT(board.eventsOf("wait "), ElementsAre("path=1 picture=1 timeout=0"));
-    EXPECT_EQ(stop(1), 0);
-    EXPECT_THAT(board.eventsOf("stop "), ElementsAre("path=1"));
-}
-
-TEST(UnconfiguredAcquisitionTest, NothingStartsBeforeTheFpgaIsConfigured) {
-    FakeBoard board;
-    board.configureResult = -31;
-    Fg_StdMaster master(std::make_unique<Fg_FabrixBoard>(nullptr, FakeBoard::device(), nullptr));
-    EXPECT_EQ(master.Fg_configure(true), -31);
-    EXPECT_EQ(master.Fg_getLastErrorNumber(), -31);
-    board.clearEvents();
-    EXPECT_EQ(master.Fg_AcquireEx(1, 5, 1, FakeBoard::memory()), -2110);
-    EXPECT_EQ(master.getActivePort(), 1);
-    EXPECT_EQ(master.Fg_AcquireEx(0, 5, 3, FakeBoard::memory()), -2070);
-    EXPECT_EQ(master.getActivePort(), 1);
-    EXPECT_EQ(master.Fg_stopAcquireEx(0, FakeBoard::memory()), -2110);
-    EXPECT_EQ(master.Fg_stopAcquireEx(0, nullptr), -2070);
-    EXPECT_EQ(master.Fg_getLastErrorNumber(), -2070);
-    EXPECT_THAT(board.events, IsEmpty());
 }
 
 }  // namespace

@@ -51,36 +51,6 @@ TEST(AppletInfoTest, TextsAndNullsGoToThePointerTarget) {
     }
 }
 
-TEST(AppletInfoTest, DesignIdentifierHasGuidForm) {
-    const void* answer = nullptr;
-    ASSERT_EQ(info(1043, 0, nullptr, &answer), 0);
-    const std::string text = static_cast<const char*>(answer);
-    ASSERT_EQ(text.size(), 36U);
-    for (size_t i = 0; i < text.size(); ++i) {
-        const bool isHyphen = i == 8 || i == 13 || i == 18 || i == 23;
-        EXPECT_TRUE(isHyphen ? text[i] == '-' : std::strchr("0123456789abcdef", text[i]) != nullptr) << i;
-    }
-}
-
-TEST(AppletInfoTest, IconIsAPngOfTheStatedShape) {
-    int size = 0;
-    const void* data = nullptr;
-    ASSERT_EQ(info(1041, 5, &size, &data), 0);
-    ASSERT_EQ(size, 1757);
-    const auto* bytes = static_cast<const unsigned char*>(data);
-    // Signature, header chunk, 32 x 32 pixels of 8-bit RGBA, and the end chunk as the last twelve bytes.
-    const unsigned char head[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0, 0, 0,  13, 'I',
-                                  'H',  'D', 'R', 0,   0,  0,  32, 0,  0, 0, 32, 8,  6};
-    EXPECT_EQ(std::memcmp(bytes, head, sizeof head), 0);
-    EXPECT_EQ(std::memcmp(bytes + 1757 - 8, "IEND", 4), 0);
-    int sizeAlone = 0;
-    EXPECT_EQ(info(1041, 0, &sizeAlone, nullptr), 0);
-    EXPECT_EQ(sizeAlone, 1757);
-    const void* dataAlone = nullptr;
-    EXPECT_EQ(info(1041, 0, nullptr, &dataAlone), 0);
-    EXPECT_EQ(dataAlone, data);
-}
-
 TEST(AppletInfoTest, PortCountDependsOnThePortType) {
     for (const auto& [type, result] : {
              std::pair{0,          1    },
@@ -94,31 +64,5 @@ TEST(AppletInfoTest, PortCountDependsOnThePortType) {
 }
 
 using AppletInfoGrabberTest = GrabberTest;
-
-TEST_F(AppletInfoGrabberTest, HandlesAreThoseOfTheMostRecentEntry) {
-    ASSERT_EQ(open(), 0);
-    void* handles[2] = {};
-    EXPECT_EQ(info(4144, 0, &handles[0]), 0);
-    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
-    EXPECT_EQ(handles[0], FakeBoard::device());
-    EXPECT_EQ(handles[1], FakeBoard::design());
-
-    int err = 0;
-    int other = 0;
-    auto* const slave = reinterpret_cast<FgDevice*>(&other);
-    EXPECT_EQ(Std_entry(slave, &err, 1), nullptr);
-    EXPECT_EQ(err, -2070);
-    EXPECT_EQ(info(4144, 0, &handles[0]), 0);
-    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
-    EXPECT_EQ(handles[0], slave);
-    EXPECT_EQ(handles[1], FakeBoard::design());
-    EXPECT_THAT(board.events, testing::IsEmpty());
-
-    board.embeddedDesign = nullptr;
-    free();
-    EXPECT_EQ(open(), 0);
-    EXPECT_EQ(info(4160, 0, &handles[1]), 0);
-    EXPECT_EQ(handles[1], nullptr);
-}
 
 }  // namespace

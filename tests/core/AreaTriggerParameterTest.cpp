@@ -51,46 +51,6 @@ TEST_F(AreaTriggerParameterTest, AccessFollowsTheModeOfThePort) {
     EXPECT_EQ(record(FG_EXPOSURE).access.writeToConfigFile, (std::array{0, 1})) << "a line camera saves nothing of it";
 }
 
-TEST_F(AreaTriggerParameterTest, SmallerDesignsPublishLess) {
-    removeQueue();
-    removeFlashTime();
-    board.removeRegister("AATrgArea_TriggersTillStop");
-    open();
-    EXPECT_EQ(master().getHeader()->getParameterIdByName("FG_FLASHTIME"), 0);
-    EXPECT_EQ(master().getHeader()->getParameterIdByName("FG_LIMIT_TRIGGER_PULSES"), 0);
-    EXPECT_EQ(master().getHeader()->getParameterIdByName("FG_SOFTWARETRIGGER_QUEUE_FILLLEVEL"), 0);
-    EXPECT_TRUE(entries(FG_TRIGGERMODE).ends_with("SoftwareTrigger=4 ASYNC_SOFTWARE_TRIGGER, default 0"));
-    EXPECT_EQ(described(record(FG_SENDSOFTWARETRIGGER), 0),
-              "FG_SENDSOFTWARETRIGGER | Software trigger pulse | - | 0110 | Generate a software trigger pulse.");
-    EXPECT_EQ(entries(FG_SENDSOFTWARETRIGGER), "Send=1 Send, default 0");
-    EXPECT_EQ(
-        tree(0),
-        "Trigger / Exsync: Mode, Exsync Enable, Flash, Software Trigger (Software trigger pulse), "
-        "Trigger Input (Source, Polarity), Exsync Output (Frames/Sec., Exposure, Exsync Delay, Invert, Polarity), "
-        "Flash (Delay, Polarity), Accuracy (Time Base)");
-}
-
-TEST_F(AreaTriggerParameterTest, ATwoCameraDesignOffersTheSynchronMode) {
-    makeTwoCameras();
-    board.removeRegister("ABTrgArea_FlashLow");
-    board.removeRegister("ABEnable_ProgFlashDuration");
-    open();
-    EXPECT_THAT(
-        entries(FG_TRIGGERMODE),
-        testing::HasSubstr("=1 GRABBER_CONTROLLED, GrabberControlled Synchron=3 GRABBER_CONTROLLED_SYNCHRON, "));
-    // Only port 0 has the flash time: it exists and has limits there, but no flags and no place in the tree.
-    EXPECT_DOUBLE_EQ(maximum<double>(FG_FLASHTIME, 0), 10485760.0);
-    EXPECT_EQ(maximum<double>(FG_FLASHTIME, 1), 0.0);
-    EXPECT_EQ(access(FG_FLASHTIME), 3) << "as a fresh record";
-    EXPECT_EQ(tree(0).find("Flashtime"), std::string::npos);
-}
-
-TEST_F(AreaTriggerParameterTest, ALineCameraHasNoTriggerParameters) {
-    add<PSAreaTrigger>();
-    EXPECT_EQ(master().getHeader()->getParameterIdByName("FG_TRIGGERMODE"), 0);
-    EXPECT_EQ(tree(0), "");
-}
-
 TEST_F(AreaTriggerParameterTest, TimesAreStoredAsTheHardwareProducesThem) {
     openInMode(1);
     struct Row {
@@ -168,47 +128,6 @@ TEST_F(AreaTriggerParameterTest, LongTimesHoldTheTimeBaseUp) {
     EXPECT_EQ(set(FG_EXSYNCDELAY, 0.0), FG_OK);
     EXPECT_EQ(set(FG_PRESCALER, 0.496), FG_OK);
     EXPECT_EQ(set(FG_PRESCALER, 0.495), FG_VALUE_OUT_OF_RANGE);
-}
-
-TEST_F(AreaTriggerParameterTest, NodesOfACompleteTreeFollowTheMode) {
-    open();
-    const std::string before = tree(0);
-    master().getHeader()->finalizeDescriptionsOnPort(0);
-    load(FG_TRIGGERMODE, 7);
-    EXPECT_EQ(tree(0), before);
-    const RegisterInfo* send = master().getHeader()->getRegisterInfo(0)->u.gReg.elements[4]->u.gReg.elements[0];
-    EXPECT_EQ(send->u.iReg.to, 255);
-    EXPECT_EQ(send->accessFlags, 6);
-}
-
-TEST_F(AreaTriggerParameterTest, SwitchesAndTriggersLeaveLimitsAndFlagsAlone) {
-    openInMode(4);
-    const auto isRecomputed = [&](int id, int value) {
-        record(FG_EXPOSURE).access.accessFlag[0] = 0;
-        load(id, value);
-        return access(FG_EXPOSURE) != 0;
-    };
-    EXPECT_FALSE(isRecomputed(FG_EXSYNCON, 1));
-    EXPECT_FALSE(isRecomputed(FG_FLASHON, 1));
-    EXPECT_FALSE(isRecomputed(FG_SENDSOFTWARETRIGGER, 1));
-    EXPECT_TRUE(isRecomputed(FG_TRIGGERINPOLARITY, 1));
-    EXPECT_TRUE(isRecomputed(FG_TRIGGERMODE, 8)) << "even when it is refused";
-    EXPECT_EQ(get(FG_SENDSOFTWARETRIGGER), 1);
-}
-
-TEST_F(AreaTriggerParameterTest, TheAccessOverrideSurvivesWrites) {
-    open();
-    EXPECT_EQ(set(FG_EXPOSURE, 5000), FG_NOT_WRITABLE);
-    load(FG_GLOBAL_ACCESS, 7);
-    board.clearEvents();
-    EXPECT_EQ(set(FG_EXPOSURE, 5000), FG_OK);
-    EXPECT_EQ(set(FG_FRAMESPERSEC, 20.0), FG_OK);
-    EXPECT_THAT(board.writes(), IsEmpty()) << "free run writes neither";
-    EXPECT_EQ(set(FG_EXSYNCDELAY, 100.0), FG_OK);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrgArea_ExSyncDelay 10"));
-    EXPECT_EQ(access(FG_EXPOSURE), 7);
-    EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 1), FG_TRIGGER_MODE_MISMATCH);
-    EXPECT_EQ(lastError(), FG_TRIGGER_MODE_MISMATCH);
 }
 
 }  // namespace

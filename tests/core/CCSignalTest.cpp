@@ -29,16 +29,6 @@ protected:
     }
 };
 
-TEST_F(CCSignalTest, LineCamerasHaveASecondExsyncAndAPageOfTheirOwn) {
-    master().setIsArea(1, 0);
-    PSCCSignal& module = addModule();
-    EXPECT_THAT(entriesOf(record(FG_CCSEL3), 0), HasSubstr(" HD-Sync=1 CC_HDSYNC, ! HD-Sync=7 CC_NOT_HDSYNC"));
-    EXPECT_THAT(entriesOf(record(FG_CCSEL3), 1), HasSubstr(" Exsync2=1 CC_HDSYNC, ! Exsync2=7 CC_NOT_HDSYNC"));
-    EXPECT_THAT(module.getDocModuleURL(FG_CCSEL), StrEq("feature_blocks/PSCCSignals/PSCCSignalsArea.html"));
-    master().setIsArea(0, 0);
-    EXPECT_THAT(module.getDocModuleURL(FG_CCSEL3), StrEq("feature_blocks/PSCCSignals/PSCCSignalsLine.html"));
-}
-
 TEST_F(CCSignalTest, EverySourceHasItsNibbleOnEveryLine) {
     addMediumModule();
     const std::array nibbles{0x0, 0x1, 0x2, 0x3, 0x4, 0xC, 0x8, 0x9, 0xA};
@@ -53,39 +43,6 @@ TEST_F(CCSignalTest, EverySourceHasItsNibbleOnEveryLine) {
             EXPECT_EQ(get(FG_CCSEL0 + line), source);
         }
     }
-}
-
-TEST_F(CCSignalTest, FullUpdateOfAMediumCameraSetsTheSecondConnectorHigh) {
-    PSCCSignal& module = addMediumModule();
-    EXPECT_EQ(module.updateAllParameters(1), 0);
-    EXPECT_EQ(module.updateAllParameters(0), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 3", "ABTrg_CCConfig 52428", "AATrg_DigitalOut 3",
-                                            "AATrg_CCConfig 52416"));
-    const std::array sources{CC_CLK, CC_CLK, CC_CLK, CC_CLK};
-    EXPECT_EQ(module.setCCSel(1, sources.data()), 0);
-    board.clearEvents();
-    for (int id = FG_CCSEL; id <= FG_CCSEL3; ++id) EXPECT_EQ(module.updateParameter(1, id), 0);
-    EXPECT_THAT(board.writes(), ElementsAreArray(std::vector<std::string>(5, "ABTrg_CCConfig 52428")));
-    EXPECT_EQ(set(FG_CCSEL0, 6), 0);
-    EXPECT_EQ(board.value("AATrg_CCConfig"), 52424u);
-    EXPECT_EQ(set(FG_CCSEL0, 6, 1), -61);
-}
-
-TEST_F(CCSignalTest, PortBHasLinesOfItsOwnWhereItHasAConnector) {
-    PSCCSignal& shared = addModule();
-    EXPECT_EQ(shared.updateParameter(1, FG_CCSEL), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig 52416"));
-    board.clearEvents();
-    mFabrixBoard->setIsDualDesign(true);
-    PSCCSignal own(&master());
-    EXPECT_EQ(own.setCC(1, 1, CC_GND), 0);
-    EXPECT_EQ(own.updateAllParameters(1), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 0", "ABTrg_CCConfig 52288"));
-    // Without a register of its own it does not fall back to port A's.
-    board.removeRegister("ABTrg_CCConfig");
-    PSCCSignal missing(&master());
-    EXPECT_EQ(missing.getRegisterInitSuccess(), -7040);
-    EXPECT_LT(missing.updateParameter(1, FG_CCSEL), 0);
 }
 
 TEST_F(CCSignalTest, AllLinesAreSetAtOnceOrNotAtAll) {
@@ -107,13 +64,6 @@ TEST_F(CCSignalTest, AllLinesAreSetAtOnceOrNotAtAll) {
     EXPECT_EQ(module.checkParam(FG_CCSEL0, &source, 0), -1);
 }
 
-TEST_F(CCSignalTest, ANumberThatIsNoSourceIsKeptAndDrivesTheTrigger) {
-    addMediumModule();
-    EXPECT_EQ(load(FG_CCSEL1, 1000), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrg_CCConfig 52224"));
-    EXPECT_EQ(get(FG_CCSEL1), 1000);
-}
-
 TEST_F(CCSignalTest, InputsAreReadWheneverTheyAreAskedFor) {
     PSCCSignal& module = addMediumModule();
     board.setValue("AATrg_DigitalIn", 0x12345678A5);
@@ -126,36 +76,6 @@ TEST_F(CCSignalTest, InputsAreReadWheneverTheyAreAskedFor) {
     EXPECT_EQ(set(FG_DIGIO_INPUT, 1), -8010);
     EXPECT_EQ(load(FG_DIGIO_INPUT, 1), -1);
     EXPECT_EQ(module.updateParameter(0, FG_DIGIO_INPUT), -1);
-}
-
-TEST_F(CCSignalTest, AFailedWriteIsReturnedAndStopsNoOther) {
-    PSCCSignal& module = addMediumModule();
-    for (int value : {-1, 4}) EXPECT_EQ(set(FG_DIGIO_OUTPUT, value), -6000);
-    EXPECT_THAT(board.writes(), IsEmpty());
-    board.failWrite("AATrg_DigitalOut", -4);
-    EXPECT_EQ(set(FG_DIGIO_OUTPUT, 1), -4);
-    board.clearEvents();
-    EXPECT_EQ(module.updateAllParameters(0), -1);
-    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 1", "AATrg_CCConfig 52416"));
-    board.writeFailures = {
-        {"ABTrg_CCConfig", -5},
-        {"AATrg_CCConfig", -6}
-    };
-    EXPECT_EQ(module.updateParameter(1, FG_CCSEL0), -5);
-    EXPECT_EQ(set(FG_CCSEL3, 2), -6);
-    EXPECT_EQ(module.updateAllParameters(0), -1);
-    board.writeFailures.clear();
-    EXPECT_EQ(module.updateAllParameters(0), 0);
-    EXPECT_EQ(board.value("AATrg_CCConfig"), 0x2CC0u);
-}
-
-TEST_F(CCSignalTest, RefusesLinesAndPortsThatDoNotExist) {
-    PSCCSignal& module = addMediumModule();
-    EXPECT_EQ(module.setDigIoOut(2, 1), -1);
-    EXPECT_EQ(module.readRegisterDigIoIn(2), -1);
-    EXPECT_EQ(module.setCC(0, 4, CC_CLK), -1);
-    EXPECT_EQ(module.setCC(2, 0, CC_CLK), -1);
-    EXPECT_THAT(board.events, IsEmpty());
 }
 
 }  // namespace

@@ -11,13 +11,6 @@ constexpr int kGray8 = 3;
 
 // ---- Registers
 
-TEST_F(CamPortTest, EnablesBothPortsWhileItLives) {
-    add<PSCamPort>(true, true, false, false, true);
-    EXPECT_EQ(writes(), "AACamPortEnable 1, ABCamPortEnable 1");
-    master().getHeader()->deleteAllModules();
-    EXPECT_EQ(writes(), "AACamPortEnable 0, ABCamPortEnable 0");
-}
-
 constexpr const char* kFullInput8 =
     "AACamPortFullFlavour 0, AACamPortBits 0, ABCamPortBits 0, AACamPortRgb 0, ABCamPortRgb 0, BACamPortRgb 0, "
     "BBCamPortRgb 0, AACamPortDualTap 0, ABCamPortDualTap 0";
@@ -40,19 +33,6 @@ TEST_F(CamPortTest, FullUpdateWritesTheBlockInOrder) {
                             ", ABOutputFormat 0, "
                             "AAReset 1, AACamPortConfig 2, BACamPortConfig 2, AAReset 0, "
                             "AACamPortUseDval 1, ABCamPortUseDval 1, ABPixelOrder 228");
-}
-
-TEST_F(CamPortTest, LineScanCameraOnOnePortLeavesTheOtherAlone) {
-    PSCamPort& module = addCamera(kLineScan);
-    EXPECT_EQ(set(700, kGray16, 1), 0);
-    EXPECT_EQ(set(5025, 0, 1), 0);
-    board.clearEvents();
-    EXPECT_EQ(module.updateAllParameters(1), 0);
-    EXPECT_EQ(writes(),
-              "ABCamPortLineCam 1, BBCamPortLineCam 1, AAReset 1, AACamPortConfig 0, BACamPortConfig 0, AAReset 0, "
-              "AACamPortFullFlavour 0, ABCamPortBits 0, ABCamPortRgb 0, BBCamPortRgb 0, ABCamPortDualTap 0, "
-              "ABOutputFormat 1, AAReset 1, AACamPortConfig 0, BACamPortConfig 0, AAReset 0, "
-              "ABCamPortUseDval 0, ABPixelOrder 228");
 }
 
 TEST_F(CamPortTest, InputFormatsReachTheRegisters) {
@@ -87,33 +67,6 @@ TEST_F(CamPortTest, InputFormatsReachTheRegisters) {
         EXPECT_EQ(board.value("AACamPortDualTap"), row.dualTap);
         EXPECT_EQ(board.value("AACamPortLite"), row.lite);
     }
-}
-
-TEST_F(CamPortTest, UnknownInputFormatKeepsColorTapsAndBitsOnly) {
-    giveLiteRegisters();
-    addCamera(kBaseGray);
-    EXPECT_EQ(set(11011, 999), -6000);
-    for (const int format : {112, 310, 140}) {
-        EXPECT_EQ(load(11011, format), 0);
-        board.clearEvents();
-        EXPECT_EQ(load(11011, 999), 0);  // from a file, unchecked
-        const char* kept = format == 112   ? "AACamPortBits 2, AACamPortRgb 0, BACamPortRgb 0, AACamPortDualTap 1"
-                           : format == 310 ? "AACamPortBits 0, AACamPortRgb 0, BACamPortRgb 0, AACamPortDualTap 0"
-                                           : "AACamPortBits 1, AACamPortRgb 0, BACamPortRgb 0, AACamPortDualTap 0";
-        EXPECT_EQ(writes(), std::string("AACamPortFullFlavour 0, ") + kept + ", AACamPortLite 0");
-    }
-}
-
-TEST_F(CamPortTest, MediumTakesTheBitsOfThePortBeingUpdatedAndTheRestOfPort0) {
-    PSCamPort& module = addCamera(kMedium);
-    const unsigned format = 14;  // serial, 14 bits, single tap: not this configuration's, as a file may bring it
-    EXPECT_EQ(module.setParamToRs(11011, &format, 1), 0);
-    EXPECT_EQ(set(11011, 212), 0);
-    board.clearEvents();
-    EXPECT_EQ(module.updateParameter(1, 11011), 0);
-    EXPECT_EQ(writes(),
-              "AACamPortFullFlavour 0, AACamPortBits 3, ABCamPortBits 3, AACamPortRgb 0, ABCamPortRgb 0, "
-              "BACamPortRgb 0, BBCamPortRgb 0, AACamPortDualTap 1, ABCamPortDualTap 1");
 }
 
 // ---- Pixel depth
@@ -157,39 +110,6 @@ TEST_F(CamPortTest, OutputFormatRewritesTheWindow) {
     EXPECT_EQ(set(700, kGray8), -33);
 }
 
-TEST_F(CamPortTest, OutputFormatDecidesTheColorOfThePort) {
-    addCamera(kBaseGray);
-    const std::array rows{
-        std::pair{2, 1},
-        std::pair{1, 0},
-        std::pair{6, 1},
-        std::pair{5, 1},
-        std::pair{3, 0},
-        std::pair{5, 0}
-    };
-    for (const auto& [format, isColor] : rows) {
-        EXPECT_EQ(load(700, format), 0);
-        EXPECT_EQ(master().getIsCameraColor(0), isColor) << format;
-    }
-    EXPECT_EQ(master().getCameraCategory(0), 26);  // since it was a colour port
-    EXPECT_EQ(master().getCameraCategory(1), 0);
-    board.clearEvents();
-    EXPECT_EQ(load(700, 6), 0);
-    EXPECT_EQ(board.writes().front(), "AAOutputFormat 1");
-    EXPECT_EQ(set(700, 1), -6000);  // the port offers colour formats now
-}
-
-TEST_F(CamPortTest, CameraTypeDecidesTheScanOfThePort) {
-    addCamera(kLineScan);
-    EXPECT_EQ(get(30001), 1);
-    EXPECT_EQ(set(30001, 0), -8010);
-    EXPECT_EQ(load(30001, 0), 0);
-    EXPECT_EQ(master().getIsArea(0), 1);
-    EXPECT_EQ(master().getIsArea(1), 0);
-    EXPECT_EQ(record(30001).data.enumData->defaultValue[0], 0);
-    EXPECT_EQ(writes(), "AACamPortLineCam 0, BACamPortLineCam 0, AAGateMode 3");
-}
-
 TEST_F(CamPortTest, NewConfigurationFirstRewritesAnInputFormatThatItDoesNotOffer) {
     addCamera(kFull);
     EXPECT_EQ(load(24110, 3), 0);  // access override: read and write
@@ -205,17 +125,6 @@ TEST_F(CamPortTest, NewConfigurationFirstRewritesAnInputFormatThatItDoesNotOffer
     board.clearEvents();
     EXPECT_EQ(set(30000, 1), 0);  // back to full formats, which do not have 8
     EXPECT_EQ(writes(), std::string(kFullInput8) + ", AAReset 1, AACamPortConfig 1, BACamPortConfig 1, AAReset 0");
-}
-
-TEST_F(CamPortTest, RestrictedAccessCountsAsAnInputFormatThatIsNotOffered) {
-    PSCamPort& module = addCamera(kFull);
-    EXPECT_EQ(load(24110, 1), 0);
-    board.clearEvents();
-    EXPECT_EQ(module.updateParameter(0, 700), 0);
-    // The configuration that follows an output format is written plainly.
-    EXPECT_EQ(writes(), std::string(kFullInput8) +
-                            ", AAOutputFormat 0, ABOutputFormat 0, "
-                            "AAReset 1, AACamPortConfig 2, BACamPortConfig 2, AAReset 0");
 }
 
 // ---- Failures
@@ -260,29 +169,5 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{kBaseGray, 5025, {"AACamPortUseDval"}, -1, "AACamPortUseDval 1"},
         FailureRow{kFull, 9200, {"AAPixelOrder"}, 0, "AAPixelOrder 228"}));
 // clang-format on
-
-TEST_F(CamPortTest, FullUpdateStopsAtTheFirstFailure) {
-    PSCamPort& module = addCamera(kFull);
-    const struct {
-        const char* failing;
-        int result;
-        const char* lastWrite;
-    } rows[] = {
-        {"BACamPortLineCam",     -1, "AAGateMode 3"      },
-        {"BACamPortConfig",      -1, "AAReset 0"         },
-        {"AACamPortBits",        -1, "ABCamPortDualTap 0"},
-        {"ABOutputFormat",       -5, "ABOutputFormat 0"  },
-        {"AACamPortUseDval",     -1, "ABCamPortUseDval 1"},
-        {"AACamPortFullFlavour", 0,  "AAPixelOrder 228"  },
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.failing);
-        board.clearEvents();
-        board.failWrite(row.failing, -5);
-        EXPECT_EQ(module.updateAllParameters(0), row.result);
-        EXPECT_EQ(board.writes().back(), row.lastWrite);
-        board.failWrite(row.failing, 0);
-    }
-}
 
 }  // namespace

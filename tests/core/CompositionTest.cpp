@@ -19,32 +19,6 @@ protected:
     }
 };
 
-TEST_F(CompositionTest, CameraIsDescribed) {
-    ASSERT_EQ(open(), 0);
-    EXPECT_EQ(Fg_getAppletId(handle(), "any name"), 172032096);
-    EXPECT_EQ(get(FG_APPLET_VERSION), 1);
-    EXPECT_EQ(get(FG_APPLET_REVISION), 1);
-    EXPECT_EQ(get(FG_LINEALIGNMENT), 32);
-    EXPECT_TRUE(master().getIsMedium());
-    EXPECT_TRUE(master().getIsFull());
-    for (const int port : {0, 1}) {
-        EXPECT_EQ(master().isCameraColor(port), 0);
-        EXPECT_EQ(master().getIsArea(port), 1);
-        EXPECT_EQ(master().getDivFactor(port), 16);
-    }
-    EXPECT_EQ(Fg_AllocShading(handle(), 0, 0), nullptr);
-    EXPECT_EQ(lastError(), 0);
-}
-
-TEST_F(CompositionTest, NullDesignGoesOnAndIsNeverUnloaded) {
-    board.embeddedDesign = nullptr;
-    EXPECT_EQ(open(), 0);
-    EXPECT_NE(mHandle.Master, nullptr);
-    EXPECT_EQ(mHandle.Master->getDesign(), nullptr);
-    free();
-    EXPECT_THAT(board.eventsOf("unload"), IsEmpty());
-}
-
 TEST_F(CompositionTest, RefusedConfigurationUnloadsOnce) {
     for (const int code : {-1, -6, -9004}) {
         board.configureResult = code;
@@ -58,14 +32,6 @@ TEST_F(CompositionTest, RefusedConfigurationUnloadsOnce) {
     board.embeddedDesign = nullptr;
     EXPECT_EQ(open(), -9004);
     EXPECT_EQ(std::count(mStartUpEvents.begin(), mStartUpEvents.end(), "unload"), 0);
-}
-
-TEST_F(CompositionTest, NullDeviceIsRefusedByTheConfiguration) {
-    int err = 0;
-    EXPECT_EQ(Std_entry(nullptr, &err, 0), nullptr);
-    EXPECT_EQ(err, -6);
-    EXPECT_EQ(board.events.size(), 2U);
-    EXPECT_THAT(board.eventsOf("unload"), ElementsAre(""));
 }
 
 TEST_F(CompositionTest, ExternalDesignIsTriedWhenTheVariableIsDefined) {
@@ -87,25 +53,6 @@ TEST_F(CompositionTest, ExternalDesignIsTriedWhenTheVariableIsDefined) {
     EXPECT_EQ(open(), 0);
     EXPECT_EQ(mStartUpEvents[1], "configure");
     EXPECT_EQ(mHandle.Master->getDesign(), board.externalDesign);
-}
-
-TEST_F(CompositionTest, DesignWithoutRegistersStillOpens) {
-    board.removeAllRegisters();
-    EXPECT_EQ(open(), 0);
-    EXPECT_EQ(master().getHeader()->getRegisterInitSuccess(), -7040);
-    EXPECT_EQ(set(FG_WIDTH, 64), -6000) << "no register, no width";
-    EXPECT_EQ(set(FG_TIMEOUT, 64), 0);
-    EXPECT_EQ(Fg_AcquireEx(handle(), 0, 1, 1, FakeBoard::memory()), 0);
-}
-
-TEST_F(CompositionTest, FailingWritesDoNotRefuseTheGrabber) {
-    for (const FakeBoard::Register& reg : board.registers) {
-        board.writeFailures = {
-            {reg.name, -77}
-        };
-        EXPECT_EQ(open(), 0) << reg.name;
-        free();
-    }
 }
 
 TEST_F(CompositionTest, SwitchingThePortRewritesThatPortBeforeTheStart) {

@@ -104,46 +104,6 @@ protected:
     AllTypes& module;
 };
 
-TEST_F(ConfigFileTest, SavedFileHasTheseBytes) {
-    master().setActivePort(1);
-    module.integers[0] = {
-        {kInteger,    -1        },
-        {kEntry,      7         },
-        {kLongerName, 2147483647}
-    };
-    module.doubles = {1.0 / 3, 1e-20};
-    module.texts = {"a.html", " "};
-    EXPECT_EQ(save("a.mcf"), 0);
-    EXPECT_EQ(lastError(), 0);
-    EXPECT_EQ(files.content("a.mcf"),
-              "[Kamerasektion]\n"
-              "\n"
-              "ConfigFileVersion=2.0;\n"
-              "Hersteller='Generic-CameraLink';\n"
-              "Typ='Quillon8';\n"
-              "Version='1.1';\n"
-              "LoadAppletId=4711;\n"
-              "AktivePort=1;\n"
-              "\n"
-              "[Port A]\n"
-              "FG_INTEGER=-1;\n"
-              "FG_DOUBLE=0.333333333333;\n"
-              "FG_TEXT='a.html';\n"
-              "FG_ENTRY=7;\n"
-              "FG_OTHER of port 0\n"
-              "FG_UNREADABLE=-1;\n"
-              "FG_INTEGERX=2147483647;\n"
-              "\n"
-              "[Port B]\n"
-              "FG_INTEGER=0;\n"
-              "FG_DOUBLE=1e-20;\n"
-              "FG_TEXT=' ';\n"
-              "FG_ENTRY=0;\n"
-              "FG_OTHER of port 1\n"
-              "FG_UNREADABLE=-1;\n"
-              "FG_INTEGERX=0;\n");
-}
-
 TEST_F(ConfigFileTest, LoadTestsNeitherLimitsNorAccessAndEndsWithAFullUpdate) {
     module.updatedPorts.clear();
     EXPECT_EQ(loadText(kHeader + "\n[Port A]\nFG_INTEGER=12345;\n"), 0);
@@ -255,33 +215,6 @@ TEST_F(ConfigFileTest, FilesThatCannotBeLoadedOrSaved) {
     EXPECT_EQ(Fg_saveConfig(handle(), nullptr), FG_FILE_NOT_ACCESSIBLE);
     EXPECT_FALSE(files.exists("cfg.txt"));
     EXPECT_EQ(save("a.mcf.bak"), 0);
-}
-
-TEST_F(ConfigFileTest, ActivePortsThatDoNotExistAreHarmless) {
-    add<PSKneeLut>();
-    for (const int port : {7, -3, 2147483647}) {
-        const std::string header = kHeader.substr(0, kHeader.find("AktivePort="));
-        EXPECT_EQ(loadText(header + "AktivePort=" + std::to_string(port) + ";\n[Port A]\nFG_INTEGER=5;\n"), 0);
-        EXPECT_EQ(master().getActivePort(), port);
-        EXPECT_EQ(module.integers[0][kInteger], 5);
-    }
-    EXPECT_THAT(board.writes(), IsEmpty());
-}
-
-TEST_F(ConfigFileTest, BinaryRubbishBehindAGoodHeaderIsSkipped) {
-    std::string rubbish;
-    for (int i = 0; i < 100000; ++i) rubbish += static_cast<char>(i * 7919 >> 3);
-    EXPECT_EQ(loadLines(rubbish + "\nFG_INTEGER=5;\n" + std::string(1'000'000, 'F')), 0);
-    EXPECT_EQ(module.integers[0][kInteger], 5);
-}
-
-TEST_F(ConfigFileTest, MediumConfigurationLoadsOnlyStructuresOfPortB) {
-    master().setIsMedium(true);
-    EXPECT_EQ(loadText(kHeader + "\n[Port B]\nFG_INTEGER=5;\n"), 0);
-    EXPECT_EQ(module.integers[0][kInteger], 0);
-    EXPECT_EQ(module.integers[1][kInteger], 0);
-    EXPECT_THAT(module.loadedKeys, ElementsAre("FG_OTHER 0", "FG_OTHER 1"));
-    EXPECT_EQ(lastError(), 0);
 }
 
 }  // namespace

@@ -46,24 +46,6 @@ TEST_F(ControlTest, IdentityAndClocksReadAsTheyAre) {
     EXPECT_EQ(get(FG_DMASTATUS, 1), 0);
 }
 
-TEST_F(ControlTest, PublishedValuesWithoutReaderAreRefused) {
-    int64_t value = 99;
-    for (const int id : {FG_TRANSFER_LEN, FG_IMAGE_TAG, FG_TIMESTAMP, FG_TIMESTAMP_LONG, FG_APC_STOP_TIMEOUT}) {
-        EXPECT_EQ(Fg_getParameterWithType(handle(), id, &value, 0, FG_PARAM_TYPE_AUTO), -2070) << id;
-    }
-    EXPECT_EQ(value, 99);
-}
-
-TEST_F(ControlTest, StopTimeoutHasNeitherLimitsNorFlags) {
-    EXPECT_EQ(access(601), 3);
-    EXPECT_EQ(record(601).description.docDescription, "");
-    EXPECT_EQ(record(601).description.group[0], nullptr);
-    EXPECT_EQ(set(601, 1), -6000);
-    EXPECT_EQ(set(601, 0), -2070);
-    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 1), 0);
-    EXPECT_EQ(access(601), 3);
-}
-
 TEST_F(ControlTest, ActivePortIsStoredAndSelected) {
     EXPECT_EQ(set(FG_PORT, 0), 0);
     EXPECT_THAT(board.writes(), ElementsAre("AACamSelect 0", "AACamSelect 0"));
@@ -77,24 +59,6 @@ TEST_F(ControlTest, ActivePortIsStoredAndSelected) {
     board.failWrite("AACamSelect", -44);
     EXPECT_EQ(set(FG_PORT, 0), -44);
     EXPECT_EQ(get(FG_PORT), 0);
-}
-
-TEST_F(ControlTest, ActivePortOfAFileIsStoredUncheckedAndHarmless) {
-    EXPECT_EQ(load(FG_PORT, 7), 0);
-    EXPECT_EQ(get(FG_PORT), 7);
-    EXPECT_EQ(load(FG_PORT, -3), 0);
-    EXPECT_EQ(board.value("AACamSelect"), 18446744073709551613U);
-    EXPECT_EQ(Fg_AcquireEx(handle(), 0, 1, 1, FakeBoard::memory()), 0);
-    EXPECT_EQ(get(FG_PORT), 0);
-}
-
-TEST_F(ControlTest, TimeoutIsKeptForEachPort) {
-    EXPECT_EQ(set(FG_TIMEOUT, 5, 1), 0);
-    EXPECT_EQ(get(FG_TIMEOUT, 0), 1000000);
-    EXPECT_EQ(get(FG_TIMEOUT, 1), 5);
-    EXPECT_EQ(set(FG_TIMEOUT, 1), -6000);
-    EXPECT_EQ(set(FG_TIMEOUT, 2147483647), -6000);
-    EXPECT_THAT(board.writes(), IsEmpty());
 }
 
 TEST_F(ControlTest, GlobalAccessOverridesAllButItself) {
@@ -150,21 +114,6 @@ TEST_F(ControlTest, CameraStatusCombinesTheConnectors) {
     }
 }
 
-TEST_F(ControlTest, FailingStatusReadsCountAsTheirBits) {
-    board.cameraStatus = {
-        {0u, -6}
-    };
-    EXPECT_EQ(get(FG_CAMSTATUS), 0);
-    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED), -6);
-    board.cameraStatus = {
-        {0u, 0}
-    };
-    board.readFailures["AABufferStatus"] = -1;
-    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED), -1);
-    EXPECT_EQ(control().getBufferStatus(0), 4294967295U);
-    EXPECT_EQ(control().getBufferStatus(2), 0U);
-}
-
 TEST_F(ControlTest, ClockIsMeasuredOnceByTheDocumentedSteps) {
     EXPECT_THAT(board.eventsOf("write AAFreqCount"), IsEmpty());
     board.setValue("AAFreqCount", 0xF0000000FU);
@@ -179,26 +128,6 @@ TEST_F(ControlTest, ClockIsMeasuredOnceByTheDocumentedSteps) {
     EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), measured);
     EXPECT_EQ(get<double>(FG_PLX_CLK, 1), measured);
     EXPECT_THAT(board.events, IsEmpty());
-}
-
-TEST_F(ControlTest, MeasurementOfZeroIsRepeated) {
-    EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), 0.0);
-    board.clearEvents();
-    EXPECT_EQ(get<double>(FG_MEASURED_PCIE_CLK), 0.0);
-    EXPECT_EQ(board.eventsOf("read AAFreqCount").size(), 1U);
-}
-
-TEST_F(ControlTest, TextQueriesAnswerInTheCallersMemory) {
-    EXPECT_EQ(query(FG_DOC_URL, "FG_PORT"), "feature_blocks/PSMisc/FB_Miscellaneous.html");
-    EXPECT_EQ(query(FG_DOC_URL, "FG_NOTHING"), "FG_NOTHING");
-    EXPECT_EQ(query(FG_DOC_URL, ""), "");
-    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_PORT"), "Framegrabber active port.");
-    EXPECT_EQ(query(FG_PARAM_DESCR, "fg_port"), "fg_port");
-    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_APC_STOP_TIMEOUT"), "FG_APC_STOP_TIMEOUT");
-    record(FG_PORT).setDescr(std::string(5000, 'd').c_str());
-    EXPECT_EQ(query(FG_PARAM_DESCR, "FG_PORT"), std::string(1023, 'd'));
-    const std::string longName(600, 'n');
-    EXPECT_EQ(query(FG_DOC_URL, longName), longName);
 }
 
 TEST_F(ControlTest, RegisterQueryShowsNameAndValue) {
@@ -229,67 +158,6 @@ TEST_F(ControlTest, ResetPulseAndGlobalWorkReadTheStatusAfterEachWrite) {
     EXPECT_EQ(board.events.size(), 12U);
 }
 
-TEST_F(ControlTest, UpdateWritesTheSelectorForItsIdentifiersOnly) {
-    master().setActivePort(1);
-    EXPECT_EQ(control().updateParameter(0, 3000), 0);
-    EXPECT_EQ(control().updateParameter(1, 6300), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AACamSelect 1", "AACamSelect 1"));
-    EXPECT_EQ(control().updateParameter(0, 600), 0);
-    EXPECT_EQ(control().updateParameter(0, 24110), 0);
-    EXPECT_EQ(control().updateParameter(0, 24010), -1);
-    EXPECT_EQ(control().updateAllParameters(0), 0);
-    EXPECT_EQ(board.writes().size(), 2U);
-}
-
-TEST_F(ControlTest, PortsThatDoNotExistTouchNothing) {
-    for (const unsigned port : {2U, 2147483647U, 4294967295U}) {
-        EXPECT_EQ(control().writeReset(port), -61);
-        EXPECT_EQ(control().writeRegisterReset(port, 1), -61);
-        EXPECT_EQ(control().writeEnableDisableGlobalwork(port, true), -61);
-        EXPECT_EQ(control().enableSDRAM(port), -61);
-    }
-    EXPECT_EQ(get(FG_PORT), 0);
-    EXPECT_THAT(board.events, IsEmpty());
-}
-
 using ControlRegisterTest = ModuleTest;
-
-TEST_F(ControlRegisterTest, MissingBufferStatusIsNoFailure) {
-    board.removeRegister("AABufferStatus");
-    board.removeRegister("AACamSelect");
-    RSControl& control = *master().getController();
-    control.makeRegistersNull();
-    control.initRegisters();
-    EXPECT_EQ(control.getRegisterInitSuccess(), -7040);
-    EXPECT_EQ(control.getBufferStatus(0), 0U);
-    EXPECT_EQ(control.updateParameter(0, FG_PORT), 0);
-    EXPECT_THAT(board.writes(), IsEmpty());
-    board.registers.push_back({"AACamSelect", 1, 1});
-    control.makeRegistersNull();
-    control.initRegisters();
-    EXPECT_EQ(control.getRegisterInitSuccess(), 0);
-}
-
-TEST_F(ControlRegisterTest, TwoCameraDesignHasRegistersForEachPort) {
-    for (const char* name : {"ABSdramEnable", "ABglobal_work", "ABReset"}) board.registers.push_back({name, 1, 1});
-    mFabrixBoard->setIsDualDesign(true);
-    RSControl& control = *master().getController();
-    control.initRegisters();
-    EXPECT_EQ(control.getRegisterInitSuccess(), 0);
-    board.clearEvents();
-    EXPECT_EQ(control.writeRegisterReset(1, 3), 0);
-    EXPECT_EQ(control.writeEnableDisableGlobalwork(1, false), 0);
-    EXPECT_EQ(control.enableSDRAM(1), 0);
-    EXPECT_EQ(control.updateParameter(1, FG_PORT), 0);
-    EXPECT_EQ(control.getBufferStatus(1), 0U);
-    EXPECT_THAT(board.events, ElementsAre("write ABReset 3", "status 0", "write ABglobal_work 0", "status 0",
-                                          "write ABSdramEnable 1", "write AACamSelect 0"));
-    board.cameraStatus = {
-        {1u, 5}
-    };
-    EXPECT_EQ(get(FG_CAMSTATUS, 1), 1);
-    EXPECT_EQ(get(FG_CAMSTATUS_EXTENDED, 1), 5);
-    EXPECT_EQ(get(FG_TWOCAMMODEL), 1);
-}
 
 }  // namespace

@@ -68,15 +68,6 @@ TEST_F(DirectRegTest, WritesGoThroughUncutAndWithoutSign) {
     EXPECT_EQ(set(50001, 5), -12);
 }
 
-TEST_F(DirectRegTest, ReadsTheLow32Bits) {
-    add<PSDirectReg>();
-    board.setValue("AAWidth", 0x1'2345'6789);
-    EXPECT_EQ(get<uint32_t>(50001, 1), 0x23456789u);
-    EXPECT_EQ(get(50002), 1);
-    board.readFailures["AAWidth"] = -9;
-    EXPECT_EQ(get(50001), -1);
-}
-
 TEST_F(DirectRegTest, RefusedWritesDoNotReachTheBoard) {
     PSDirectReg& module = add<PSDirectReg>();
     EXPECT_EQ(set(50002, 1), -8010);
@@ -89,48 +80,6 @@ TEST_F(DirectRegTest, RefusedWritesDoNotReachTheBoard) {
     EXPECT_EQ(Fg_getParameterWithType(handle(), static_cast<int>(50001 | 0x40000000), &value, 0, FG_PARAM_TYPE_AUTO),
               -2130);
     EXPECT_THAT(board.writes(), IsEmpty());
-}
-
-TEST_F(DirectRegTest, AccessOverrideDoesNotReachTheRegisters) {
-    add<PSDirectReg>();
-    EXPECT_EQ(load(24110, 1), 0);
-    EXPECT_EQ(access(50001), 7);
-    EXPECT_EQ(access(50002), 1);
-    EXPECT_EQ(access(600), 1);
-    EXPECT_EQ(set(50001, 5), 0);
-}
-
-TEST_F(DirectRegTest, RegisterWithoutHandleIsThereButRefused) {
-    m_PHapGetRegisterByName = +[](fpga_design*, const char*) { return 0; };
-    EXPECT_EQ(add<PSDirectReg>().getRegisterInitSuccess(), 0);
-    EXPECT_EQ(set(50001, 5), -2031);
-    EXPECT_EQ(load(50002, 5), -2031);
-    EXPECT_EQ(get(50001), -1);
-    EXPECT_THAT(board.writes(), IsEmpty());
-}
-
-TEST_F(DirectRegTest, UnnamedRegistersAreSkipped) {
-    m_PHapGetRegisterName = +[](fpga_design*, int number) -> const char* {
-        return number == 1 ? nullptr : number == 2 ? "AABusy" : "AAWide";
-    };
-    add<PSDirectReg>();
-    EXPECT_FALSE(isKnown(50001));
-    EXPECT_TRUE(isKnown(50002));
-    EXPECT_TRUE(isKnown(50003));
-    // The first register brings the others into the tree.
-    EXPECT_EQ(treeOf(registry().getRegisterInfo(0)), "Reg. Direct Access: ");
-}
-
-TEST_F(DirectRegTest, LongNamesAreCut) {
-    board.registers = {
-        {std::string(600, 'x'), 8, 1},
-        {std::string(507, 'y'), 8, 1}
-    };
-    add<PSDirectReg>();
-    EXPECT_EQ(record(50001).description.defineName, "DRA_" + std::string(507, 'x'));
-    EXPECT_EQ(record(50002).description.defineName, "DRA_" + std::string(507, 'y'));
-    EXPECT_EQ(record(50001).description.parameterName, std::string(600, 'x'));
-    EXPECT_EQ(set(50001, 1), 0);
 }
 
 }  // namespace

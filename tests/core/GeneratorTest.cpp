@@ -29,18 +29,6 @@ protected:
     }
 };
 
-TEST_F(GeneratorTest, FullUpdateWritesTheDefaults) {
-    PSGenerator& module = addModule();
-    for (unsigned port : {1u, 0u}) {
-        board.clearEvents();
-        EXPECT_EQ(module.updateAllParameters(port), 0);
-        EXPECT_THAT(board.writes(),
-                    ElementsAre("AAGenWidth 128", "AAGenLineWidth 128", "AAGenHeight 1023", "AAGenWidth 128",
-                                "AAGenLineWidth 128", "AAGenPassive 17", "AAGenActive 8", "AAGenPassive 17",
-                                "AAGenActive 8", "AAGenMask 15", "AAGenRoll 0", "AAGenEnable 0", "AAGenStart 1"));
-    }
-}
-
 TEST_F(GeneratorTest, EachParameterWritesItsRegisters) {
     addModule();
     const struct {
@@ -130,57 +118,6 @@ TEST_F(GeneratorTest, WhatNoPatternGivesIsRefusedAndChangesNothing) {
         EXPECT_EQ(module.getParamFromRs(FG_GEN_ACCURACY, &accuracy, 0), 0);
         EXPECT_EQ(accuracy, 50);
     }
-}
-
-TEST_F(GeneratorTest, PatternsStayWithinTheRegisters) {
-    PSGenerator& module = addModule(4);
-    // The default of 17 passive cycles does not fit four bits.
-    EXPECT_EQ(get(FG_GEN_ACTIVE), 0);
-    EXPECT_EQ(get(FG_GEN_PASSIVE), 0);
-    EXPECT_EQ(get<double>(FG_GEN_FREQ), 0.0);
-    EXPECT_EQ(maximum(FG_GEN_ACCURACY), 15);
-    EXPECT_TRUE(module.calcRegisterSettings(62.5, 30));
-    EXPECT_FALSE(module.calcRegisterSettings(62.5, 31));  // 16 active
-    EXPECT_FALSE(module.calcRegisterSettings(58.0, 30));  // 16 passive
-}
-
-TEST_F(GeneratorTest, CapacitiesFollowTheRegisters) {
-    EXPECT_EQ(addModule(32).maxActive(), 4294967295u);
-    board.setWidth("AAGenActive", 31);
-    board.removeRegister("AAGenPassive");
-    const PSGenerator module(&master());
-    EXPECT_EQ(module.maxActive(), 2147483647u);
-    EXPECT_EQ(module.maxPassive(), 0u);
-    EXPECT_EQ(module.getRegisterInitSuccess(), -7040);
-}
-
-TEST_F(GeneratorTest, ReadOnlyValuesRefuseWrites) {
-    PSGenerator& module = addModule();
-    for (int id : {FG_GEN_ACTIVE, FG_GEN_PASSIVE, FG_GEN_LINE_WIDTH}) {
-        EXPECT_EQ(set(id, 1), -8010) << id;
-        EXPECT_EQ(load(id, 1), -2070) << id;
-        EXPECT_EQ(module.updateParameter(0, id), -2070) << id;
-    }
-    EXPECT_THAT(board.writes(), IsEmpty());
-    EXPECT_EQ(get(FG_GEN_LINE_WIDTH), 1028);
-    EXPECT_EQ(set(FG_GEN_WIDTH, 512, 1), -61);
-}
-
-TEST_F(GeneratorTest, AFailedFirstRegisterKeepsTheSecond) {
-    PSGenerator& module = addModule();
-    board.failWrite("AAGenPassive", -9);
-    EXPECT_EQ(set(FG_GEN_FREQ, 125.0), -9);
-    board.failWrite("AAGenWidth", -8);
-    EXPECT_EQ(set(FG_GEN_LINE_GAP, 0), -8);
-    EXPECT_THAT(board.writes(), ElementsAre("AAGenPassive 0", "AAGenWidth 128"));
-    board.clearEvents();
-    EXPECT_EQ(module.updateAllParameters(0), -1);
-    EXPECT_THAT(board.writes(),
-                ElementsAre("AAGenWidth 128", "AAGenHeight 1023", "AAGenWidth 128", "AAGenPassive 0", "AAGenPassive 0",
-                            "AAGenMask 15", "AAGenRoll 0", "AAGenEnable 0", "AAGenStart 1"));
-    board.writeFailures.clear();
-    EXPECT_EQ(module.updateAllParameters(0), 0);
-    EXPECT_EQ(board.value("AAGenActive"), 25u);
 }
 
 }  // namespace

@@ -44,13 +44,6 @@ TEST(LoaderPathTest, PathsWithoutMarkerFolderGiveNothing) {
     }
 }
 
-TEST(LoaderPathTest, PathMustFitWithItsTerminator) {
-    const std::string folder = "/opt/lib/";
-    const std::string longest = folder + std::string(1023 - folder.size(), 'x');
-    EXPECT_EQ(directoryFromFilePath(longest), "/opt");
-    EXPECT_EQ(directoryFromFilePath(longest + "x"), std::nullopt);
-}
-
 class LoaderEnvironmentTest : public testing::Test {
 protected:
     LoaderEnvironmentTest() { forget(); }
@@ -74,44 +67,6 @@ TEST_F(LoaderEnvironmentTest, NamesTheDirectoryWithoutTrailingSlashes) {
         setenv("TAVODIR5", value, 1);
         EXPECT_EQ(directoryFromEnvironment(), directory) << value;
     }
-}
-
-TEST_F(LoaderEnvironmentTest, ThirtyTwoBitVariableWinsEvenWhenEmpty) {
-    setenv("TAVODIR5", "/opt/rt5", 1);
-    setenv("TAVODIR5_32", "/opt/rt5_32", 1);
-    EXPECT_EQ(directoryFromEnvironment(), "/opt/rt5_32");
-    setenv("TAVODIR5_32", "", 1);
-    EXPECT_EQ(directoryFromEnvironment(), "");
-}
-
-TEST_F(LoaderEnvironmentTest, LongValueIsCutBeforeItsSlashesGo) {
-    setenv("TAVODIR5", ("/" + std::string(2000, 'x')).c_str(), 1);
-    EXPECT_EQ(directoryFromEnvironment(), "/" + std::string(1022, 'x'));
-    setenv("TAVODIR5", ("/" + std::string(1020, 'x') + "//y").c_str(), 1);
-    EXPECT_EQ(directoryFromEnvironment(), "/" + std::string(1020, 'x'));
-}
-
-TEST(LoaderPathTest, MissingSymbolsResolveToNull) {
-    void* program = dlopen(nullptr, RTLD_NOW);
-    EXPECT_NE(tavo::platform::Shlib_LoadSymbol<size_t (*)(const char*)>(program, "strlen"), nullptr);
-    EXPECT_EQ(tavo::platform::Shlib_LoadSymbol<void (*)()>(program, "stub_missing_symbol"), nullptr);
-    EXPECT_EQ(tavo::platform::Shlib_LoadSymbol<void (*)()>(nullptr, "strlen"), nullptr);
-    dlclose(program);
-}
-
-TEST(LoaderPathTest, GuardClearsItsVariableAndUnlocks) {
-    std::mutex mutex;
-    uint32_t variable = 7;
-    {
-        const tavo::templates::platform::SpinLockVariableGuard guard(mutex, &variable);
-        EXPECT_EQ(variable, 7U);
-    }
-    EXPECT_EQ(variable, 0U);
-    EXPECT_TRUE(mutex.try_lock());
-    mutex.unlock();
-    { const tavo::templates::platform::SpinLockVariableGuard guard(mutex); }
-    EXPECT_TRUE(mutex.try_lock());
-    mutex.unlock();
 }
 
 }  // namespace

@@ -27,28 +27,6 @@ private:
     size_t mSize = 0;
 };
 
-void writeEverything(OpenableLog& log) {
-    log.Func("Fg_StdMaster::Fg_Acquire");
-    log.Info("nothing");
-    log.Info("Port", -3);
-    log.Error("Config File is Invalid");
-    log.ErrorInt("a", "b", 7);
-    log.ErrorDouble("a", "b", 0.1);
-    log.UsrDbg("%s=%d", "x", 5);
-    log.WriteWelcome();
-}
-
-TEST(LogTest, ClosedLogWritesNothing) {
-    OpenableLog log;
-    writeEverything(log);
-    log.OpenLogFile("a_name_that_is_not_used.log");
-    EXPECT_FALSE(log.isOpen());
-    writeEverything(log);
-    log.CloseLogFile();
-    EXPECT_EQ(log.text(), "");
-    EXPECT_EQ(std::fopen("a_name_that_is_not_used.log", "r"), nullptr);
-}
-
 TEST(LogTest, LinesHaveTheirFormatAndAreFlushed) {
     OpenableLog log;
     log.open();
@@ -80,16 +58,6 @@ TEST(LogTest, WelcomeBlockHasFiveLinesBetweenSeparators) {
     EXPECT_FALSE(log.isOpen());
     EXPECT_THAT(log.text(), testing::MatchesRegex("3 of five%(-{73})\n.+\nContents: Log details for fabrix Dll\n"
                                                   "... ... [0-9 ]+ ..:..:.. 20..\n-{73}\n"));
-}
-
-TEST(LogTest, LastErrorChangesOnlyBySetErr) {
-    Fg_Error error;
-    EXPECT_EQ(error.getErrorNumberBuffer(), 0);
-    EXPECT_EQ(error.setErr(-2070), -2070);
-    EXPECT_EQ(error.setErrLevel2(-5000, "x"), -2130);
-    EXPECT_EQ(error.getErrorNumberBuffer(), -2070);
-    EXPECT_EQ(error.setErr(0), 0);
-    EXPECT_EQ(error.getErrorNumberBuffer(), 0);
 }
 
 }  // namespace

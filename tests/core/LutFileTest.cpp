@@ -46,13 +46,6 @@ protected:
     std::vector<uint32_t> plainEntries;
 };
 
-TEST_F(LutFileTest, TypeIsFoundAnywhereInTheNameAndCaseCounts) {
-    EXPECT_TRUE(Fg_LutFileParser::checkFileType("a.lut.bak"));
-    for (const char* name : {"a.LUT", "alut", "", "a.lu"}) EXPECT_FALSE(Fg_LutFileParser::checkFileType(name)) << name;
-    EXPECT_FALSE(Fg_LutFileParser::checkFileType(nullptr));
-    EXPECT_FALSE(Fg_LutFileParser::checkFileExist(nullptr));
-}
-
 TEST_F(LutFileTest, WritesPlainTable) {
     uint32_t entries[] = {7, 4294967295u, 0};
     const LookupTable_s table{entries, 5, 3, 12, 255};
@@ -65,38 +58,6 @@ TEST_F(LutFileTest, WritesPlainTable) {
     EXPECT_EQ(plain.id, 5u);
     EXPECT_EQ(plain.format, 12u);
     EXPECT_EQ(plain.number, 255);
-}
-
-TEST_F(LutFileTest, PlainTablesOfEveryBrokenKindReadWithoutHarm) {
-    const struct {
-        const char* what;
-        std::string content;
-        int result;
-        std::vector<uint32_t> entries;
-    } cases[] = {
-        {"empty", "", 0, {}},
-        {"no count", "id=1;\n0,5;\n", 0, {}},
-        {"count without number", "nrOfElements=;\n0,5;\n", 0, {}},
-        {"count without separator", "nrOfElements", 0, {}},
-        {"negative count", "nrOfElements=-1;\n0,5;\n", FG_ERROR, {}},
-        {"huge count", "nrOfElements=2000000000;\n0,5;\n", FG_ERROR, {}},
-        {"count beyond all numbers", "nrOfElements=99999999999999999999;\n0,5;\n", FG_ERROR, {}},
-        {"missing lines", "nrOfElements=3;\n0,5;\n", 0, {5, 0, 0}},
-        {"out of order", "nrOfElements=3;\n1,6;\n0,5;\n2,7;\n", 0, {5, 0, 0}},
-        {"late line counts", "nrOfElements=2;\n1,6;\n0,5;\n1,8;\n", 0, {5, 8}},
-        {"longer index than expected", "nrOfElements=2;\n10,9;\n1,8;\n", 0, {9, 8}},
-        {"cut in a line", "nrOfElements=2;\n0,5;\n1,", 0, {5, 0}},
-        {"words for numbers", "nrOfElements=2;\n0,abc;\n1,;\n", 0, {0, 0}},
-        {"low bits of the number", "nrOfElements=0;\nnumber=300;\n", 0, {}},
-        {"zero bytes", std::string("nrOfElements=2;\n\0\0\0\n0,5;\n\0,6", 28), 0, {5, 0}},
-    };
-    for (const auto& [what, content, result, entries] : cases) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(readPlain(content), result);
-        EXPECT_EQ(plainEntries, entries);
-    }
-    EXPECT_EQ(readPlain("nrOfElements=0;\nnumber=300;\n"), 0);
-    EXPECT_EQ(plain.number, 44);
 }
 
 TEST_F(LutFileTest, WritesOneKneeTable) {
@@ -125,30 +86,6 @@ TEST_F(LutFileTest, WritesAndReadsThreeKneeTables) {
     EXPECT_THAT(readKnee(path, "[blue]", 2), ElementsAre(0.125, 2.0));
     // Nothing ends a section: with a point too many, the search goes on to the end of the file.
     EXPECT_THAT(readKnee(path, "[red]", 3), ElementsAre(0.0, 1.0, 0.0));
-}
-
-TEST_F(LutFileTest, KneeTablesOfEveryBrokenKindReadAsZeros) {
-    const std::string longLine(10 * 1000 * 1000, '7');
-    for (const std::string& content :
-         {std::string(), std::string("0,1;\n1,1;\n"), std::string("[gray]"), std::string("[gray]\n1,1;\n0,"),
-          "[gray]\n" + longLine, "[gray" + longLine + "]\n0,1;\n", std::string("\0\xff[gr\0ay]0,\0", 12)}) {
-        const std::string path = files.make("broken.lut", content);
-        EXPECT_THAT(readKnee(path, "[gray]", 2), Each(0.0)) << content.substr(0, 20);
-    }
-    std::filesystem::create_directory(files.path("folder.lut"));
-    EXPECT_THAT(readKnee(files.path("folder.lut"), "[gray]", 2), Each(0.0));
-}
-
-TEST_F(LutFileTest, ExtremeValuesSurviveTheFile) {
-    std::vector<double> values{std::numeric_limits<double>::max(), -std::numeric_limits<double>::max(),
-                               std::numeric_limits<double>::infinity()};
-    const KneeLookupTable_s table = knee(values);
-    const std::string path = files.path("a.lut");
-    EXPECT_EQ(parser.saveLutToFile(path.c_str(), &table, "[gray]"), 0);
-    // The two long lines exceed what is read at once, which cuts their decimals.
-    const std::vector<double> read = readKnee(path, "[gray]", 3);
-    EXPECT_EQ(read[2], std::numeric_limits<double>::infinity());
-    EXPECT_EQ(files.content("a.lut").find("0,179769313486231570"), 34u);
 }
 
 TEST_F(LutFileTest, FilesThatCannotBeUsedAreRefused) {
@@ -181,19 +118,6 @@ TEST_F(LutFileTest, IntegerArraysKeepTheirBounds) {
     const std::string negative = files.make("negative", "nrOfElements=-5;\n0,1;\n");
     EXPECT_EQ(parser.getMatrixFromFile(negative.c_str(), read.data(), 2), 0);
     EXPECT_THAT(read, ElementsAre(3, -4));
-}
-
-TEST_F(LutFileTest, KeysAreSplitAtEitherSeparator) {
-    ASSERT_TRUE(parser.setOpenFile(files.make("a.lut", "gain='1.5';\ntext=12x;\nshort\n").c_str(), true));
-    double gain = 0;
-    int text = 9;
-    int missing = 9;
-    EXPECT_EQ(parser.parseDoubleKey("gain", &gain, "='"), 0);
-    EXPECT_EQ(gain, 1.5);
-    EXPECT_EQ(parser.parseIntKey("text", &text, "='"), 0);
-    EXPECT_EQ(text, 12);
-    EXPECT_EQ(parser.parseIntKey("none", &missing, "='"), FG_ERROR);
-    EXPECT_EQ(missing, 0);
 }
 
 TEST_F(LutFileTest, NumbersDoNotFollowTheLocale) {

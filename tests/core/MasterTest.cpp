@@ -36,47 +36,6 @@ TEST_F(MasterTest, ScalingFactorsFollowTheCameraCategory) {
     }
 }
 
-TEST_F(MasterTest, CategoryGoesToBothPortsOnlyInTheMediumConfiguration) {
-    master().setCameraCategory(12, 1);
-    EXPECT_EQ(master().getCameraCategory(0), 0);
-    EXPECT_EQ(master().getCameraCategory(1), 12);
-    master().setCameraCategory(16, 0);
-    EXPECT_EQ(master().getCameraCategory(0), 16);
-    EXPECT_EQ(master().getDivFactor(1), 8);
-    master().setIsMedium(true);
-    master().setCameraCategory(30, 1);
-    EXPECT_EQ(master().getCameraCategory(0), 30);
-    EXPECT_EQ(master().getCameraCategory(1), 30);
-}
-
-TEST_F(MasterTest, DescriptionIsStoredForEachPort) {
-    EXPECT_STREQ(master().getManufactor(), "Generic-CameraLink");
-    EXPECT_STREQ(master().getCameraVersion(), "1.0");
-    EXPECT_FALSE(master().getIsMedium());
-    EXPECT_FALSE(master().getIsFull());
-    EXPECT_FALSE(master().getIsSeparation());
-    master().setIsSeparation(true);
-    EXPECT_TRUE(master().getIsSeparation());
-    master().setIsCameraColor(1, 1);
-    master().setIsArea(5, 0);
-    master().setActiveFormat(1, 3);
-    EXPECT_EQ(master().isCameraColor(1), 1);
-    EXPECT_EQ(master().getIsCameraColor(0), 0);
-    EXPECT_EQ(master().getIsArea(0), 5);
-    EXPECT_EQ(master().getActiveFormat(1), 3);
-    for (const int port : {-1, 4, 2147483647}) {
-        master().setIsCameraColor(1, port);
-        master().setIsArea(1, port);
-        master().setActiveFormat(port, 1);
-        EXPECT_EQ(master().isCameraColor(port), 0);
-        EXPECT_EQ(master().getIsArea(port), 0);
-        EXPECT_EQ(master().getActiveFormat(port), 0);
-        EXPECT_EQ(master().getDivFactor(port), 1);
-        EXPECT_EQ(master().getDivFactorHeight(port), 1);
-    }
-    EXPECT_EQ(master().getDesign(), FakeBoard::design());
-}
-
 TEST_F(MasterTest, LastErrorIsThatOfTheLastRecordingCall) {
     int value = 0;
     EXPECT_EQ(lastError(), 0);
@@ -105,41 +64,11 @@ TEST_F(MasterTest, LastErrorIsThatOfTheLastRecordingCall) {
     EXPECT_NE(lastError(), -61);
 }
 
-TEST_F(MasterTest, TreeQueryRefreshesItsPortAndKeepsTheNodes) {
-    std::vector<std::string> calls;
-    auto* module = new ProbeModule(&master(), "m", calls);
-    master().getHeader()->addModule(module, 0);
-    RegisterInfo* tree = Fg_getParameterInfo(handle(), 1);
-    ASSERT_NE(tree, nullptr);
-    EXPECT_EQ(tree->port, 1);
-    EXPECT_THAT(calls, ElementsAre("m: describe port=1 defaults=0"));
-    RegisterInfo* const timeout = tree->u.gReg.elements[0];
-    EXPECT_EQ(Fg_getParameterInfo(handle(), 1), tree);
-    EXPECT_EQ(tree->u.gReg.nrOfElements, 22);
-    EXPECT_EQ(tree->u.gReg.elements[0], timeout);
-    EXPECT_EQ(timeout->accessFlags, 7);
-    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 0), -6000) << "port 0 has not been published";
-    EXPECT_NE(Fg_getParameterInfo(handle(), 0), nullptr);
-    EXPECT_EQ(set(FG_GLOBAL_ACCESS, 1), 0);
-    EXPECT_EQ(timeout->accessFlags, 1) << "nodes change in place, without another query";
-    Fg_FreeGrabber(&mHandle);
-    mHandle.Master = nullptr;
-}
-
 /// A module whose end writes a register, as a block that is switched off would.
 class SwitchOffModule : public ProbeModule {
 public:
     using ProbeModule::ProbeModule;
     ~SwitchOffModule() override { writeHandle(6, 1); }
 };
-
-TEST_F(MasterTest, ModulesEndWhileTheBoardStillWorks) {
-    std::vector<std::string> calls;
-    master().getHeader()->addModule(new SwitchOffModule(&master(), "m", calls), 0);
-    EXPECT_EQ(Fg_FreeGrabber(handle()), 0);
-    mHandle.Master = nullptr;
-    EXPECT_THAT(board.events, ElementsAre("write AAReset 1", "unload"));
-    EXPECT_EQ(Fg_FreeGrabber(handle()), 0) << "a null master is accepted";
-}
 
 }  // namespace

@@ -34,33 +34,6 @@ protected:
     ProbeModule& module;
 };
 
-TEST_F(ParameterRecordTest, FreshRecordHasReadAndWriteAccessAndEmptyLimits) {
-    Fx3Parameter& record = module.make(70, TYPE_INT);
-    EXPECT_EQ(registry().searchParameterById(70), &record);
-    EXPECT_EQ(record.head, &registry());
-    EXPECT_EQ(record.mParent, &module);
-    EXPECT_EQ(record.description.docDescription, "");
-    for (const unsigned port : {0U, 1U}) {
-        EXPECT_EQ(record.access.accessFlag[port], 3);
-        EXPECT_EQ(record.access.rangeFlag[port], 0);
-        EXPECT_EQ(record.access.visibilityFlag[port], 0);
-        EXPECT_EQ(record.access.writeToConfigFile[port], 0);
-        EXPECT_EQ(record.data.intData->to[port], 0);
-        EXPECT_EQ(record.description.group[port], nullptr);
-    }
-    EXPECT_EQ(record.data.doubleData, nullptr);
-    EXPECT_EQ(record.data.enumData, nullptr);
-    EXPECT_EQ(record.setDescr("text"), 0);
-    EXPECT_EQ(record.description.docDescription, "text");
-}
-
-TEST_F(ParameterRecordTest, SecondRecordUnderAnIdentifierStaysOutside) {
-    Fx3Parameter& first = module.make(70, TYPE_INT, "FG_FIRST");
-    const Fx3Parameter second(&module, TYPE_DOUBLE, "Second", "FG_SECOND", 70, nullptr, false);
-    EXPECT_EQ(registry().searchParameterById(70), &first);
-    EXPECT_EQ(registry().getParameterIdByName("FG_SECOND"), 0);
-}
-
 TEST_F(ParameterRecordTest, IntegersAreHeldAgainstLimitsAndStep) {
     Fx3Parameter& record = module.make(70, TYPE_INT);
     struct Case {
@@ -87,15 +60,6 @@ TEST_F(ParameterRecordTest, IntegersAreHeldAgainstLimitsAndStep) {
         registry().setLimits(70, 0, c.from, c.to, c.step, 0, false);
         EXPECT_EQ(check(record, c.value), c.code);
     }
-}
-
-TEST_F(ParameterRecordTest, LimitsBelongToTheirPort) {
-    Fx3Parameter& record = module.make(70, TYPE_INT);
-    registry().setLimits(70, 0, 0, 10, 0, 0, false);
-    registry().setLimits(70, 1, 20, 30, 0, 0, false);
-    EXPECT_EQ(check(record, 5, 0), 0);
-    EXPECT_EQ(check(record, 5, 1), -6000);
-    EXPECT_EQ(check(record, 25, 1), 0);
 }
 
 TEST_F(ParameterRecordTest, DoublesIncludeTheirLimitsAndNothingElse) {
@@ -185,51 +149,6 @@ TEST_F(ParameterRecordTest, AccessAndAcquisitionComeBeforeTagAndLimits) {
     }
     EXPECT_EQ(check(record, 99, 1), -6000);
     EXPECT_THAT(calls, IsEmpty());
-}
-
-TEST_F(ParameterRecordTest, ModulesCheckTheirOwnStructures) {
-    Fx3Parameter& record = module.make(74, TYPE_OTHER);
-    module.checkResult = -1234;
-    EXPECT_EQ(check(record, 0, 1, FG_PARAM_TYPE_COMPLEX_DATATYPE), -1234);
-    EXPECT_THAT(calls, ElementsAre("m: check 74 port=1"));
-    EXPECT_EQ(module.RSMaster::checkParam(74, nullptr, 0), -1);
-}
-
-TEST_F(ParameterRecordTest, UnknownTypesAndPortsAreRefused) {
-    Fx3Parameter& record = module.make(75, static_cast<FX3ParamType>(6));
-    EXPECT_EQ(check(record, 0), -2031);
-    int value = 3;
-    EXPECT_EQ(registry().getParameterById(75, &value, 0), -2031);
-    EXPECT_EQ(registry().getParameterById(static_cast<int>(75 | FG_SELECT_MINIMUM), &value, 0), -2130);
-    Fx3Parameter& known = module.make(70, TYPE_INT);
-    for (const unsigned port : {2U, 7U, 2147483647U, 4294967295U}) EXPECT_EQ(check(known, 0, port), -61) << port;
-    EXPECT_EQ(value, 3);
-}
-
-TEST_F(ParameterRecordTest, DirectRegistersGuardTheirDirection) {
-    struct Case {
-        int id, handle, direction, code;
-    };
-    for (const Case& c : {
-             Case{50001, 5, 1, 0    },
-             {50002, 5, 2, -8010},
-             {50003, 5, 0, -8010},
-             {50004, 0, 1, -2031},
-             {50005, 0, 2, -2031}
-    }) {
-        SCOPED_TRACE(c.id);
-        auto& record = *new Fx3ParameterDirectReg(&module, "AAReset", "AAReset", c.id, c.handle, c.direction, 1);
-        const int value = 1;
-        EXPECT_EQ(record.setToRegister(0, &value), c.code);
-        EXPECT_EQ(record.checkParameter(&value, 0, FG_PARAM_TYPE_DOUBLE), 0);
-        EXPECT_EQ(record.data.directData->regPtr, c.handle);
-        EXPECT_EQ(record.data.directData->bitRange, 1);
-        EXPECT_EQ(record.data.directData->regValue, 0U);
-        EXPECT_STREQ(record.data.directData->regName, "AAReset");
-        EXPECT_EQ(record.access.writeToConfigFile[0], 0);
-        EXPECT_FALSE(record.description.unit.has_value());
-    }
-    EXPECT_THAT(calls, ElementsAre("m: set 50001 port=0"));
 }
 
 }  // namespace

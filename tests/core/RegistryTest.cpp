@@ -32,28 +32,6 @@ protected:
     ProbeModule& b;
 };
 
-TEST_F(RegistryTest, ModulesAreNumberedInOrder) {
-    EXPECT_EQ(registry().getModule(0), master().getController());
-    EXPECT_EQ(registry().getModule(1), &a);
-    EXPECT_EQ(registry().getModule(2), &b);
-    for (const int index : {-1, 3, 2147483647, -2147483647 - 1}) EXPECT_EQ(registry().getModule(index), nullptr);
-    EXPECT_EQ(registry().getShadingModule(), nullptr);
-    a.allResult = -3;
-    b.allResult = -4;
-    EXPECT_EQ(registry().updateAllParametersPS(1), -7);
-    EXPECT_THAT(calls, ElementsAre("a: all port=1", "b: all port=1"));
-    EXPECT_EQ(registry().getRegisterInitSuccess(), 0);
-    b.setStatus(-7040);
-    EXPECT_EQ(registry().getRegisterInitSuccess(), -7040);
-    a.setStatus(-1);
-    EXPECT_EQ(registry().getRegisterInitSuccess(), -1);
-    calls.clear();
-    EXPECT_EQ(registry().deleteAllModules(), 0);
-    EXPECT_THAT(calls, ElementsAre("a: delete", "b: delete"));
-    EXPECT_EQ(registry().getModule(1), nullptr);
-    EXPECT_EQ(registry().deleteAllModules(), 0);
-}
-
 TEST_F(RegistryTest, DiscoveryFollowsAscendingIdentifiers) {
     // The control module's lowest identifiers are 99 and 600, the highest 24115.
     const int count = registry().getParamCount();
@@ -112,29 +90,6 @@ TEST_F(RegistryTest, RefusalsComeInTheirOrderAndChangeNothing) {
     EXPECT_EQ(value, 4711);
 }
 
-TEST_F(RegistryTest, PortsThatDoNotExistAreRefusedAtEveryDoor) {
-    for (const int port : {-1, 2, 7, 2147483647}) {
-        SCOPED_TRACE(port);
-        int value = 5;
-        EXPECT_EQ(set(70, 10, port), -61);
-        EXPECT_EQ(lastError(), -61);
-        EXPECT_EQ(load(70, 10, static_cast<unsigned>(port)), -61);
-        for (const unsigned selector : {0u, 0x40000000u, 0x80000000u, 0xC0000000u}) {
-            EXPECT_EQ(Fg_getParameterWithType(handle(), selected(70, selector), &value, port, FG_PARAM_TYPE_AUTO), -61);
-        }
-        EXPECT_EQ(registry().checkParameterById(70, &value, static_cast<unsigned>(port), FG_PARAM_TYPE_AUTO), -61);
-        EXPECT_EQ(registry().getLimitMin(&record(70), &value, port), -61);
-        EXPECT_EQ(registry().getLimitMax(&record(70), &value, port), -61);
-        EXPECT_EQ(registry().setFlags(70, port, 1, 1, 1, 1), -61);
-        EXPECT_EQ(registry().setLimits(70, port, 0, 1, 1, 0, true), -61);
-        EXPECT_EQ(registry().updateDependency(70, port), -61);
-        EXPECT_EQ(Fg_getParameterInfo(handle(), port), nullptr);
-        EXPECT_EQ(set(69, 1, port), -2070);
-        EXPECT_EQ(value, 5);
-    }
-    EXPECT_THAT(calls, IsEmpty());
-}
-
 TEST_F(RegistryTest, LastDependencyGivesTheResult) {
     registry().addUpdateDependency(0, 70, 71, false);
     registry().addUpdateDependency(0, 70, 12345, false);
@@ -181,13 +136,6 @@ TEST_F(RegistryTest, ChangedActivePortRewritesEverythingForTheNewPort) {
     EXPECT_THAT(calls, ElementsAre("a: set 70 port=0", "a: update 70 port=0", "b: update 71 port=0"));
 }
 
-TEST_F(RegistryTest, UpdateAllRefreshesEveryModuleInstead) {
-    a.make(80, TYPE_STRING, "FG_EIGHTY", true);
-    registry().addUpdateDependency(0, 80, 71, false);
-    EXPECT_EQ(Fg_setParameterWithType(handle(), 80, const_cast<char*>("x"), 1, FG_PARAM_TYPE_CHAR_PTR), 0);
-    EXPECT_THAT(calls, ElementsAre("a: set 80 port=1", "a: all port=1", "b: all port=1"));
-}
-
 TEST_F(RegistryTest, InvalidatedDescriptionsAreRedoneBeforeTheUpdate) {
     registry().changeAllowAllAccess(0);
     EXPECT_EQ(set(70, 10), 0);
@@ -229,24 +177,6 @@ TEST_F(RegistryTest, SelectorsReadLimitsAndAccess) {
     EXPECT_THAT(calls, IsEmpty());
 }
 
-TEST_F(RegistryTest, ReadsDoNotLookAtTheTag) {
-    for (const int tag : {-1, 0, 1, 5, 6, 8192}) {
-        int value = 0;
-        EXPECT_EQ(Fg_getParameterWithType(handle(), 70, &value, 1, static_cast<FgParamTypes>(tag)), 0);
-        EXPECT_EQ(value, 4711);
-    }
-    a.getResult = -9;
-    int value = 0;
-    EXPECT_EQ(Fg_getParameterWithType(handle(), 70, &value, 1, FG_PARAM_TYPE_INT32_T), -9);
-    EXPECT_EQ(lastError(), -9);
-}
-
-TEST_F(RegistryTest, NullMemoryIsRefused) {
-    EXPECT_EQ(Fg_setParameterWithType(handle(), 70, nullptr, 0, FG_PARAM_TYPE_INT32_T), -2070);
-    EXPECT_EQ(Fg_getParameterWithType(handle(), 70, nullptr, 0, FG_PARAM_TYPE_INT32_T), -2070);
-    EXPECT_THAT(calls, IsEmpty());
-}
-
 TEST_F(RegistryTest, DefaultsAreWrittenThroughTheModuleAndTheirFailureIsNotSeen) {
     a.setResult = -5;
     b.setResult = -5;
@@ -271,44 +201,6 @@ TEST_F(RegistryTest, DefaultsAreWrittenThroughTheModuleAndTheirFailureIsNotSeen)
     }
 }
 
-TEST_F(RegistryTest, NodesOfAFinishedTreeFollowInPlace) {
-    RegisterInfo* group = registry().addGroupInfo(0, nullptr, "G");
-    for (const int id : {70, 71, 72, 73}) EXPECT_EQ(registry().setGroup(id, 0, group), 0);
-    EXPECT_EQ(registry().setGroup(12345, 0, group), -2070);
-    EXPECT_EQ(registry().setGroup(70, 0, nullptr), -2070);
-    registry().finalizeDescriptionsOnPort(0);
-    RegisterInfo* const* nodes = group->u.gReg.elements;
-    ASSERT_EQ(group->u.gReg.nrOfElements, 4);
-    EXPECT_EQ(nodes[0]->u.iReg.to, 100);
-    EXPECT_STREQ(nodes[0]->unit, "[probe]");
-    registry().setLimits(70, 0, 1, 2, 3, 0, false);
-    registry().setLimits(70, 1, 8, 8, 8, 8, false);
-    registry().setLimits(71, 0, 1.0, 2.0, 0.5, 1.0, false);
-    registry().setLimits(73, 0, "", "*.lut", false);
-    const EnumField entries[] = {
-        {"High", 9, "H"    },
-        {"Low",  3, nullptr}
-    };
-    registry().setLimits(72, 0, entries, 2, 9, false);
-    registry().setFlags(70, 0, 1, 5, 6, 0);
-    EXPECT_EQ(nodes[0]->u.iReg.from, 1);
-    EXPECT_EQ(nodes[0]->u.iReg.to, 2);
-    EXPECT_EQ(nodes[0]->u.iReg.steps, 3);
-    EXPECT_EQ(nodes[0]->accessFlags, 1);
-    EXPECT_EQ(nodes[0]->rangeFlags, 5);
-    EXPECT_EQ(nodes[0]->visibilityFlags, 6);
-    EXPECT_EQ(nodes[1]->u.dReg.steps, 0.5);
-    ASSERT_EQ(nodes[2]->u.eReg.nrOfElements, 2);
-    EXPECT_STREQ(nodes[2]->u.eReg.enumNames[1], "Low");
-    EXPECT_EQ(nodes[2]->u.eReg.enumDefName[1], nullptr);
-    EXPECT_STREQ(nodes[3]->u.sReg.FileExtension, "*.lut");
-    EXPECT_EQ(registry().searchRegisterInfoById(group, 72, 0), nodes[2]);
-    EXPECT_EQ(registry().searchRegisterInfoById(group, 72, 1), nullptr);
-    EXPECT_EQ(registry().searchRegisterInfoById(nullptr, 72, 0), nullptr);
-    EXPECT_EQ(registry().searchRegisterInfoById(nodes[2], 72, 0), nullptr);
-    EXPECT_EQ(registry().addGroupInfo(0, nullptr, "H"), nullptr);
-}
-
 /// A module that lacks one of the description steps.
 class StepsModule : public RSMaster {
 public:
@@ -326,24 +218,5 @@ public:
     std::string steps;
     bool lacksFlags = false;
 };
-
-TEST_F(RegistryTest, DescriptionStepsRunInOrderAndAMissingOneThrows) {
-    StepsModule module(&master());
-    EXPECT_EQ(module.addStandardPS(1, true), 0);
-    EXPECT_EQ(module.addStandardPS(0, false), 0);
-    EXPECT_EQ(module.steps, "dLftdlft");
-    module.lacksFlags = true;
-    try {
-        module.addStandardPS(0, false);
-        ADD_FAILURE() << "a missing step must throw";
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "you should not be here. Go away.");
-    }
-    EXPECT_EQ(module.RSMaster::updateParameter(0, 1), 0);
-    EXPECT_EQ(module.RSMaster::updateAllParameters(0), 0);
-    EXPECT_EQ(module.saveParmeter(0, 1, "key", nullptr), -1);
-    EXPECT_EQ(module.loadParameter(0, 1, nullptr, nullptr), -1);
-    EXPECT_EQ(module.Fg_FreeShading(nullptr), 0);
-}
 
 }  // namespace

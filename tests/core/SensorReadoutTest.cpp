@@ -79,15 +79,6 @@ TEST_F(SensorReadoutTest, EveryModeWritesItsSevenRegisters) {
     }
 }
 
-TEST_F(SensorReadoutTest, DocumentationFollowsTheConfiguration) {
-    PSSensorReadout8Tab& module = addModule();
-    EXPECT_THAT(module.getDocModuleURL(1), StrEq("feature_blocks/PSSensorReadout/PSSensorReadoutBase.html"));
-    master().setIsMedium(true);
-    EXPECT_THAT(module.getDocModuleURL(1), StrEq("feature_blocks/PSSensorReadout/PSSensorReadoutMedium.html"));
-    master().setIsFull(true);
-    EXPECT_THAT(module.getDocModuleURL(1), StrEq("feature_blocks/PSSensorReadout/PSSensorReadoutFull.html"));
-}
-
 TEST_F(SensorReadoutTest, RefusedModesChangeNothing) {
     addModule();
     ASSERT_EQ(set(FG_SENSORREADOUT, 3), 0);
@@ -96,38 +87,6 @@ TEST_F(SensorReadoutTest, RefusedModesChangeNothing) {
     EXPECT_EQ(set(FG_SENSORREADOUT, 3.0), -2070);
     EXPECT_EQ(get(FG_SENSORREADOUT), 3);
     EXPECT_THAT(board.writes(), IsEmpty());
-}
-
-TEST_F(SensorReadoutTest, AModeWithoutARowIsKeptAndLeavesThePixelsAlone) {
-    addModule();
-    EXPECT_EQ(load(FG_SENSORREADOUT, 2), 0);
-    EXPECT_THAT(board.writes(), ElementsAreArray(writesOf(kModes[0])));
-    EXPECT_EQ(get(FG_SENSORREADOUT), 2);
-}
-
-TEST_F(SensorReadoutTest, PortsKeepTheirModesAndShareTheRegisters) {
-    mFabrixBoard->setIsDualDesign(true);
-    PSSensorReadout8Tab& module = addModule();
-    EXPECT_EQ(set(FG_SENSORREADOUT, 51, 1), 0);
-    EXPECT_THAT(board.writes(), ElementsAreArray(writesOf(kModes[23])));
-    EXPECT_EQ(get(FG_SENSORREADOUT, 0), 0);
-    board.clearEvents();
-    EXPECT_EQ(module.updateAllParameters(0), 0);
-    EXPECT_THAT(board.writes(), ElementsAreArray(writesOf(kModes[0])));
-    EXPECT_EQ(module.getRegisterInitSuccess(), 0);
-}
-
-TEST_F(SensorReadoutTest, AFailedWriteStopsNoOtherAndCountsInTheSum) {
-    PSSensorReadout8Tab& module = addModule();
-    board.failWrite("TapNumber", -5);
-    board.failWrite("TapSortingSchemaA", -7);
-    EXPECT_EQ(set(FG_SENSORREADOUT, 42), -12);
-    EXPECT_THAT(board.writes(), ElementsAreArray(writesOf(kModes[14])));
-    EXPECT_EQ(module.updateAllParameters(0), -1);
-    board.failWrite("TapNumber", 0);
-    board.failWrite("TapSortingSchemaA", 0);
-    EXPECT_EQ(module.updateAllParameters(0), 0);
-    EXPECT_EQ(board.value("TapNumber"), 15u);
 }
 
 }  // namespace

@@ -25,19 +25,6 @@ TEST(ShadingMasterTest, WidthGrowsWithTheHighestIndexAndInitForgets) {
     }
 }
 
-TEST(ShadingMasterTest, IndexBeyondTheWidthIsRefused) {
-    ShadingMaster data(0, 0, 4, 2);
-    for (const unsigned index : {4U, 5U, 4294967295U}) {
-        EXPECT_EQ(data.setValueSub(index, 0, 1.0F), -2070);
-        EXPECT_EQ(data.setValueMult(index, 0, 1.0F), -2070);
-        EXPECT_EQ(data.setValueFPN(index, 0, true), -2070);
-        EXPECT_EQ(data.getValueSub(index, 0), -1.0F);
-        EXPECT_EQ(data.getValueMult(index, 0), -1.0F);
-        EXPECT_FALSE(data.getValueFPN(index, 0));
-    }
-    EXPECT_EQ(data.getWidth(), 0U);
-}
-
 using ShadingTest = ModuleTest;
 
 TEST_F(ShadingTest, ExportedFunctionsReachTheObjectOfTheShadingModule) {

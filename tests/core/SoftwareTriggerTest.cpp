@@ -83,24 +83,4 @@ TEST_F(SoftwareTriggerTest, OtherModesRefuse) {
 
 class TriggerRangeTest : public AreaTriggerFixture {};
 
-TEST_F(TriggerRangeTest, RangesFollowTheRegisterWidths) {
-    board.setWidth("AATrgArea_ExSyncLow", 12);
-    PSAreaTrigger& trigger = open();
-    double range = 0;
-    EXPECT_EQ(trigger.getParamRegisterWidth(FG_PRESCALER, 0), 16u);
-    EXPECT_EQ(trigger.getUserRange(FG_FLASHTIME, &range, 0), FG_OK);
-    EXPECT_DOUBLE_EQ(range, 10485760.0);
-    EXPECT_DOUBLE_EQ(trigger.getHdSyncMinDep(FG_FLASHTIME, 0), 0.035814697265625);
-    EXPECT_DOUBLE_EQ(trigger.getHdSyncMinDep(FG_PRESCALER, 0), -1.0);
-    unsigned whole = 0;
-    EXPECT_EQ(trigger.getUserRange(FG_EXPOSURE, &whole, 0), FG_OK);
-    EXPECT_EQ(whole, 40960u);
-    EXPECT_DOUBLE_EQ(trigger.getHdSyncMinDep(FG_EXPOSURE, 0), 1.0085625);
-    EXPECT_EQ(trigger.getUserRange(FG_SOFTWARETRIGGER_QUEUE_FILLLEVEL, &whole, 0), FG_INVALID_ARGUMENT);
-    EXPECT_EQ(whole, 255u) << "written all the same";
-    EXPECT_EQ(trigger.getUserRange(FG_TRIGGERMODE, &whole, 0), FG_INVALID_ARGUMENT);
-    EXPECT_EQ(whole, 255u) << "left alone";
-    EXPECT_EQ(trigger.convertUserValueToRegValue(FG_TRIGGERMODE, 5u, 0), 0u);
-}
-
 }  // namespace

@@ -132,25 +132,6 @@ TEST(TriggerConversions, CountTimeBasesInClockCycles) {
     }
 }
 
-TEST(TriggerConversions, KnowWhatARegisterHolds) {
-    EXPECT_EQ(largestCount(0), 0u);
-    EXPECT_EQ(largestCount(8), 255u);
-    EXPECT_EQ(largestCount(31), 2147483647u);
-    EXPECT_EQ(largestCount(32), 4294967295u);
-    EXPECT_EQ(largestCount(64), 4294967295u);
-    EXPECT_EQ(numberOfCounts(0), 1.0);
-    EXPECT_EQ(numberOfCounts(20), 1048576.0);
-}
-
-TEST(TriggerConversions, FindTheSmallestTimeBase) {
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForFrameRate(8.0, 20, kClockMHz), 0.11920928955078125 + 0.032);
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForFrameRate(8.0, 8, kClockMHz), 488.28125 + 0.032);
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForDelay(510.0, 8, kClockMHz), 2.032);
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForDelay(510.0, 0, kClockMHz), 0.032);
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForDuration(512.0, 8, kClockMHz), 2.032);
-    EXPECT_DOUBLE_EQ(smallestTimeBaseForDuration(512.0, 0, kClockMHz), 512.032);
-}
-
 TEST(TriggerConversions, LetFrameRateAndExposureBoundEachOther) {
     EXPECT_DOUBLE_EQ(smallestFrameRate(20, 10.0), 0.095367431640625);
     EXPECT_DOUBLE_EQ(largestFrameRate(4000, 10.0), 248.75621890547265);

@@ -79,47 +79,6 @@ TEST_F(WindowTest, RefusedValuesWriteNothing) {
     EXPECT_THAT(board.writes(), IsEmpty());
 }
 
-TEST_F(WindowTest, MediumKeepsPortOnesCacheUntouched) {
-    PSWindow& window = makeWindow();
-    for (const int id : kWindow) EXPECT_EQ(get(id, 1), 0) << id;
-    const unsigned width = 512;
-    EXPECT_EQ(window.setParamToRs(FG_WIDTH, &width, 1), 0);
-    EXPECT_EQ(get(FG_WIDTH, 0), 512);
-    EXPECT_EQ(get(FG_WIDTH, 1), 0);
-    EXPECT_EQ(window.updateParameter(1, FG_WIDTH), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 31", "AAAreaWidth 31"));
-    EXPECT_EQ(imageSize(1), 0U);
-}
-
-TEST_F(WindowTest, ImageSizeIsKnownBeforeTheRegisterIsWritten) {
-    makeWindow();
-    size_t sizeAtWrite = 0;
-    board.onWrite = [&](const std::string&, uint64_t) { sizeAtWrite = imageSize(0); };
-    EXPECT_EQ(set(FG_HEIGHT, 10), 0);
-    EXPECT_EQ(sizeAtWrite, 10240U);
-    EXPECT_EQ(set(FG_WIDTH, 64), 0);
-    EXPECT_EQ(sizeAtWrite, 640U);
-    EXPECT_EQ(set(FG_XOFFSET, 64), 0);
-    EXPECT_EQ(imageSize(0), 640U);
-}
-
-TEST_F(WindowTest, FailedWriteSkipsTheSecondSlotAndTheRest) {
-    PSWindow& window = makeWindow();
-    board.failWrite("AAAreaHeight", -55);
-    EXPECT_EQ(set(FG_HEIGHT, 100), -55);
-    EXPECT_EQ(lastError(), -55);
-    EXPECT_EQ(get(FG_HEIGHT), 100);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaHeight 99"));
-    board.clearEvents();
-    EXPECT_EQ(window.updateAllParameters(0), -55);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 63", "AAAreaWidth 63", "AAAreaHeight 99"));
-    board.failWrite("AAAreaHeight", 0);
-    board.clearEvents();
-    board.failNthWrite(2, -66);
-    EXPECT_EQ(set(FG_WIDTH, 64), -66);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 3", "AAAreaWidth 3"));
-}
-
 TEST_F(WindowTest, FormatRewritesTheWidthAndUnknownIdentifiersAreRefused) {
     PSWindow& window = makeWindow();
     EXPECT_EQ(window.updateParameter(0, 700), 0);
@@ -129,41 +88,6 @@ TEST_F(WindowTest, FormatRewritesTheWidthAndUnknownIdentifiersAreRefused) {
     EXPECT_EQ(window.getParamFromRs(700, &value, 0), -2070);
     EXPECT_THAT(board.writes(), IsEmpty());
     EXPECT_EQ(value, 5U);
-}
-
-TEST_F(WindowTest, ZeroWidthWrapsLikeTheRegister) {
-    makeWindow();
-    EXPECT_EQ(load(FG_WIDTH, 0), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaWidth 4294967295", "AAAreaWidth 4294967295"));
-    board.clearEvents();
-    EXPECT_EQ(load(FG_XOFFSET, -16), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaXPos 268435455", "AAAreaXPos 268435455"));
-}
-
-TEST_F(WindowTest, WidthMaximumFollowsTheRegisterWidth) {
-    struct Case {
-        int bits, maxWidth, expected;
-    };
-    for (const Case& c : {
-             Case{10, 2147483647, 16384     },
-             {12, 4096,       4096      },
-             {26, 2147483647, 1073741824},
-             {27, 2147483647, 2147483647},
-             {31, 2147483647, 2147483647},
-             {32, 2147483647, 2147483647},
-             {64, 2147483647, 2147483647},
-             {0,  2147483647, 16        },
-             {-1, 2147483647, 2147483647},
-             {12, -5,         -5        }
-    }) {
-        SCOPED_TRACE(c.bits);
-        board.setWidth("AAAreaWidth", c.bits);
-        PSWindow window(&master(), c.maxWidth, 1024, 1024, -1);
-        window.setLimits(0, false);
-        EXPECT_EQ(maximum(FG_WIDTH), c.expected);
-        EXPECT_EQ(maximum(FG_XOFFSET), c.expected);
-        EXPECT_EQ(maximum(FG_HEIGHT), 65535);
-    }
 }
 
 TEST_F(WindowTest, StepStaysAndConversionFollowsTheFactor) {
@@ -182,39 +106,6 @@ TEST_F(WindowTest, StepStaysAndConversionFollowsTheFactor) {
     EXPECT_EQ(set(FG_HEIGHT, 9), 0);
     EXPECT_EQ(set(FG_HEIGHT, 10), -7080);
     EXPECT_THAT(board.writes(), ElementsAre("AAAreaHeight 2", "AAAreaHeight 2"));
-}
-
-TEST_F(WindowTest, TwoCameraDesignHasARegisterForEachPort) {
-    mFabrixBoard->setIsDualDesign(true);
-    master().setIsMedium(false);
-    for (const char* name : {"ABAreaWidth", "ABAreaHeight", "ABAreaXPos", "ABAreaYPos"}) {
-        board.registers.push_back({name, 12, 1});
-    }
-    master().setCameraCategory(31, 1);
-    makeWindow();
-    EXPECT_EQ(master().getHeader()->getRegisterInitSuccess(), 0);
-    EXPECT_EQ(set(FG_WIDTH, 96, 1), 0);
-    EXPECT_EQ(set(FG_WIDTH, 64, 0), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("ABAreaWidth 15", "AAAreaWidth 3"));
-    EXPECT_EQ(get(FG_WIDTH, 1), 96);
-    EXPECT_EQ(imageSize(1), 96U * 1024U);
-}
-
-TEST_F(WindowTest, SingleDesignOutsideMediumWritesItsOnlyRegistersForBothPorts) {
-    master().setIsMedium(false);
-    makeWindow();
-    EXPECT_EQ(set(FG_XOFFSET, 32, 1), 0);
-    EXPECT_THAT(board.writes(), ElementsAre("AAAreaXPos 2"));
-    EXPECT_EQ(get(FG_XOFFSET, 0), 0);
-    EXPECT_EQ(get(FG_XOFFSET, 1), 32);
-}
-
-TEST_F(WindowTest, WritesOfAMissingRegisterReachTheLibrary) {
-    board.removeRegister("AAAreaYPos");
-    makeWindow();
-    EXPECT_EQ(set(FG_YOFFSET, 5), -20);
-    EXPECT_THAT(board.writes(), ElementsAre("<0> 5"));
-    EXPECT_EQ(set(FG_WIDTH, 64), 0);
 }
 
 }  // namespace

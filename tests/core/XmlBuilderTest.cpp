@@ -98,19 +98,6 @@ TEST_F(XmlBuilderTest, LeavesOutWhatCannotBeDescribed) {
     EXPECT_THAT(tail(1), Not(HasSubstr("Group"))) << "port 1 has flags and groups of its own";
 }
 
-TEST_F(XmlBuilderTest, PortHasItsOwnFlagsGroupsLimitsAndEntries) {
-    Fx3Parameter& integer = visible(1, TYPE_INT, "FG_INTEGER", "Left");
-    integer.access.visibilityFlag[1] = 1;
-    integer.access.accessFlag = {3, 2};
-    integer.description.group[1] = master().getHeader()->addGroupInfo(1, nullptr, "Right");
-    integer.data.intData->step = {1, -1};
-    const std::string port0 = xml(0);
-    const std::string port1 = xml(1);
-    EXPECT_THAT(port0, testing::AllOf(HasSubstr("<Inc>1</Inc>"), HasSubstr("RW"), HasSubstr("<Category Name='Left'>")));
-    EXPECT_THAT(port1, testing::AllOf(HasSubstr("<Inc>18446744073709551615</Inc>"), HasSubstr("WO"),
-                                      HasSubstr("<Category Name='Right'>")));
-}
-
 TEST_F(XmlBuilderTest, CategoriesAreMergedByTheirFilteredNamesAndFlat) {
     Fx3Parameter& first = visible(1, TYPE_INT, "FG_A", "Digital I/O");
     visible(2, TYPE_INT, "FG_B", "Below", first.description.group[0]);
@@ -167,15 +154,6 @@ TEST_F(XmlBuilderTest, EntriesWithoutSymbolicNameAreLeftOutAndTheLastOfAValueSta
     EXPECT_THAT(xml(), HasSubstr("_AccessSwissKnife</pIsLocked>\n<pValue>FG_ENUM_Reg</pValue>\n"));
 }
 
-TEST_F(XmlBuilderTest, DocumentWithoutParametersNamesModelAndVersions) {
-    master().setCameraType("Q&A <8>");
-    mFabrixBoard->setAppletVersion(4294967295u);
-    mFabrixBoard->setAppletRevision(12);
-    EXPECT_THAT(xml(1), testing::AllOf(HasSubstr("\nModelName=\"Q&amp;A &lt;8&gt;\"\n"),
-                                       HasSubstr("\nMajorVersion=\"4294967295\"\nMinorVersion=\"12\"\n")));
-    EXPECT_EQ(tail(1), std::string(kRoot) + "<Category Name='AppletParameters'>\n</Category>\n" + kEnd);
-}
-
 class GroupedDigits : public std::numpunct<char> {
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
@@ -216,42 +194,6 @@ TEST_F(XmlBufferTest, TakesExactlyTheSizeItAskedForAndNotAByteLess) {
         EXPECT_EQ(size, small);
         EXPECT_THAT(buffer, Each('?')) << small;
     }
-}
-
-TEST_F(XmlBufferTest, FillsTheRestOfALargerBufferWithZeros) {
-    const std::string text = xml();
-    std::string buffer(text.size() + 100, '?');
-    size_t size = text.size() + 60;
-    EXPECT_EQ(ask(0, buffer.data(), size), 0);
-    EXPECT_EQ(size, text.size() + 1);
-    EXPECT_EQ(buffer, text + std::string(60, '\0') + std::string(40, '?'));
-}
-
-TEST_F(XmlBufferTest, RefusedCallsTouchNothing) {
-    char buffer[] = "untouched";
-    for (const int port : {-1, 2, 4, INT_MAX, INT_MIN}) {
-        for (const size_t given : {size_t{0}, sizeof(buffer)}) {
-            size_t size = given;
-            EXPECT_EQ(ask(port, buffer, size), -61) << port;
-            EXPECT_EQ(ask(port, nullptr, size), -61) << port;
-            EXPECT_EQ(size, given);
-        }
-    }
-    EXPECT_EQ(Fg_getParameterInfoXML(handle(), 0, buffer, nullptr), -2070);
-    EXPECT_EQ(Fg_getParameterInfoXML(handle(), 0, nullptr, nullptr), -2070);
-    EXPECT_STREQ(buffer, "untouched");
-}
-
-TEST_F(XmlBufferTest, LeavesErrorHardwareAndDescriptionsAlone) {
-    visible(1, TYPE_INT, "FG_INTEGER", "Group");
-    EXPECT_EQ(set(4711, 1), -2070);
-    board.clearEvents();
-    EXPECT_THAT(xml(), HasSubstr("FG_INTEGER"));
-    size_t size = 0;
-    EXPECT_EQ(ask(7, nullptr, size), -61);
-    EXPECT_EQ(lastError(), -2070);
-    EXPECT_THAT(board.events, IsEmpty());
-    EXPECT_THAT(mCalls, IsEmpty()) << "modules were asked";
 }
 
 }  // namespace

@@ -100,19 +100,6 @@ TEST_F(XmlGeneratorTest, AddressesHoldIdentifierAndSelectorAtBothEnds) {
                 testing::HasSubstr("\n<Inc>18446744073709551615</Inc>\n"));
 }
 
-TEST_F(XmlGeneratorTest, TextGroupIsOneRegister) {
-    Fx3Parameter& mode = make(5050, TYPE_STRING, "FG_MODE", "Name.");
-    EXPECT_EQ(group(mode, std::string("a.lut"), std::string("*.lut")),
-              std::string(kModeAccess) + R"(<StringReg Name="FG_MODE">
-<Description>Name.</Description>
-<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
-<Address>5050</Address>
-<Length>4096</Length>
-<AccessMode>RW</AccessMode>
-<pPort>DevicePort</pPort>
-</StringReg>)");
-}
-
 constexpr const char* kModeSelector = R"(<Integer Name='FG_MODE_Selector'>
 <Value>0</Value>
 <Min>0</Min>
@@ -141,27 +128,6 @@ TEST_F(XmlGeneratorTest, IntegerFieldGroupHasASelector) {
 </Integer>)");
     EXPECT_THAT(group(mode, std::vector<uint64_t>(1), uint64_t{0}, uint64_t{1}, uint64_t{1}),
                 testing::HasSubstr("<Max>0</Max>\n<Inc>1</Inc>\n<pSelect>"));
-}
-
-TEST_F(XmlGeneratorTest, FloatFieldGroupHasLimitsOfSixteenDigits) {
-    Fx3Parameter& mode = make(5050, TYPE_OTHER, "FG_MODE", "Points.");
-    EXPECT_EQ(group(mode, std::vector<double>(3), 0.1, 12345678.125, 0.5),
-              std::string(kModeSelector) + R"(<FloatReg Name="FG_MODE_Reg">
-<Address>5050</Address>
-<Length>8</Length>
-<AccessMode>RW</AccessMode>
-<pPort>DevicePort</pPort>
-<Endianess>LittleEndian</Endianess>
-</FloatReg>
-)" + kModeAccess + R"(<Float Name="FG_MODE">
-<Description>Points.</Description>
-<pIsLocked>FG_MODE_AccessSwissKnife</pIsLocked>
-<pValue>FG_MODE_Reg</pValue>
-<Min>0.1</Min>
-<Max>12345678.125</Max>
-</Float>)");
-    const std::string extremes = group(mode, std::vector<double>(1), 1.0 / 3, 1e300, 0.0);
-    EXPECT_THAT(extremes, testing::HasSubstr("<Min>0.3333333333333333</Min>\n<Max>1e+300</Max>\n"));
 }
 
 }  // namespace

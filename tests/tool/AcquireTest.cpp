@@ -111,50 +111,6 @@ TEST_F(AcquireTest, DemoPicturesArriveCutAsSet) {
     expectCrops(kDemoPictures, "pgm", count, {width, height, 48, 13});
 }
 
-TEST_F(AcquireTest, EveryPartOfTheSensorIsExact) {
-    const std::string camera = textures(3, 208, 101);
-    for (const Window& window : {
-             Window{208, 101, 0,   0  },
-             {32,  1,   0,   0  },
-             {32,  1,   176, 100},
-             {64,  99,  144, 2  }
-    }) {
-        SCOPED_TRACE(testing::Message() << window.width << 'x' << window.height << '+' << window.x << '+' << window.y);
-        expectCrops(camera, "pgm", 4, window);
-        std::filesystem::remove_all(mFolder / "out-pgm");
-    }
-}
-
-TEST_F(AcquireTest, WindowBeyondTheSensorIsFilledWithZeros) {
-    expectCrops(textures(2, 96, 40), "png", 3, {128, 70, 32, 25});
-}
-
-TEST_F(AcquireTest, SinglePictureNeedsNoNumberAndReplacesAnOlderFile) {
-    const std::string camera = textures(1, 64, 48);
-    const std::string output = (mFolder / "one.pgm").string();
-    writePgm(output, makeTexture(3, 3, 9));
-    ASSERT_EQ(runTool(acquireArguments(camera, output, 1, {64, 48, 0, 0}), kFast).exitCode, 0);
-    EXPECT_EQ(readPicture(output), makeTexture(64, 48, 0));
-    EXPECT_THAT(filesIn(mFolder.path()), testing::ElementsAre("camera", "one.pgm"));
-}
-
-TEST_F(AcquireTest, FewBuffersStillGiveWholePicturesAndCountTheRest) {
-    const std::string camera = textures(3, 256, 256);
-    Arguments arguments = acquireArguments(camera, outputPattern(), 200, {256, 256, 0, 0});
-    arguments.insert(arguments.end(), {"--buffers", "2"});
-    const ToolResult result = runTool(arguments, kFast);
-    ASSERT_EQ(result.exitCode, 0) << result.errors;
-    ASSERT_THAT(outputs(), Not(IsEmpty()));
-    for (const std::string& name : outputs()) {
-        const int number = std::stoi(name.substr(1));
-        EXPECT_EQ(readPicture(mFolder / "out" / name), makeTexture(256, 256, static_cast<uint32_t>(number - 1) % 3));
-    }
-    // What was not saved is accounted for.
-    const auto missed = 200 - outputs().size();
-    EXPECT_THAT(result.output, HasSubstr(std::string("lost        ") + std::to_string(missed)));
-    EXPECT_THAT(result.output, HasSubstr(std::string("pictures    ") + std::to_string(outputs().size()) + " of 200"));
-}
-
 TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
     const std::string camera = textures(2, 64, 64);
     ToolProcess tool(toolPath(), acquireArguments(camera, outputPattern(), 0, {64, 64, 0, 0}), kFast);
@@ -168,29 +124,6 @@ TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
         const auto seed = static_cast<uint32_t>(std::stoi(name.substr(1)) - 1) % 2;
         EXPECT_EQ(readPicture(mFolder / "out" / name), makeTexture(64, 64, seed)) << name;
     }
-}
-
-TEST_F(AcquireTest, InterruptEndsAWaitForASilentCamera) {
-    ToolProcess tool(toolPath(),
-                     {
-                         "acquire", "--timeout", "600"
-    },
-                     {{"TAVO_SIM_LINK", "0"}});
-    // Early or late: the order to stop is not lost.
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    tool.signal(SIGTERM);
-    EXPECT_EQ(tool.finish().exitCode, 143);
-}
-
-TEST_F(AcquireTest, ClosedLinkEndsWithATimeOut) {
-    const ToolResult result = runTool(
-        {
-            "acquire", "--timeout", "1"
-    },
-        {{"TAVO_SIM_LINK", "0"}});
-    EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.errors, AllOf(HasSubstr("picture 1 did not arrive within 1 s"), HasSubstr("link is closed")));
-    EXPECT_THAT(result.output, HasSubstr("pictures    0 of 1"));
 }
 
 TEST_F(AcquireTest, CountsDroppedFramesAcrossTheWrapOfTagsAndTimeStamps) {
@@ -255,12 +188,6 @@ TEST_F(AcquireTest, CameraFoldersWithoutUsablePicturesAreRefusedByName) {
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, HasSubstr(named));
     }
-}
-
-TEST_F(AcquireTest, BuffersBeyondTheMemoryAreRefusedWithTheirSize) {
-    const ToolResult result = runTool({"acquire", "--set", "WIDTH=65536", "HEIGHT=65535", "--buffers", "1048576"});
-    EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.errors, AllOf(HasSubstr("65536 x 65535"), HasSubstr("4.5 PB"), HasSubstr("--buffers")));
 }
 
 TEST_F(AcquireTest, BoardFaultsEndWithTheirCode) {

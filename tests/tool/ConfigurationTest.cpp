@@ -92,25 +92,6 @@ TEST_F(ConfigurationTest, SetEditsTheFileAndKeepsTheRest) {
                 AllOf(HasSubstr("\nFG_WIDTH=512;\nFG_HEIGHT=300;\n"), HasSubstr("\nFG_KNEE_LUT_INVERT=1;\n")));
 }
 
-TEST_F(ConfigurationTest, SetRefusesWithoutTouchingTheFile) {
-    const std::string text = save("camera.mcf");
-    const ToolResult refused = runTool({"set", "--config", file("camera.mcf"), "FG_HEIGHT=300", "FG_WIDTH=1000"});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_THAT(refused.errors, HasSubstr("FG_WIDTH = 1000 refused: not a multiple of the step 16"));
-    EXPECT_EQ(readText(mFolder / "camera.mcf"), text);
-    const ToolResult bare = runTool({"set", "FG_WIDTH=512"});
-    EXPECT_EQ(bare.exitCode, 2);
-    EXPECT_THAT(bare.errors, AllOf(HasSubstr("nothing outlives"), HasSubstr("--config FILE"),
-                                   HasSubstr("--set NAME=VALUE"), HasSubstr("quillon shell")));
-    EXPECT_EQ(runTool({"set", "--config", file("camera.mcf")}).exitCode, 2);
-    const ToolResult absent = runTool({"set", "--config", file("new.mcf"), "FG_WIDTH=512"});
-    EXPECT_EQ(absent.exitCode, 3);
-    EXPECT_THAT(absent.errors, AllOf(HasSubstr("there is no configuration file"), HasSubstr("--create")));
-    EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("camera.mcf"));
-    EXPECT_EQ(runTool({"set", "--config", file("new.mcf"), "--create", "FG_WIDTH=512"}).exitCode, 0);
-    EXPECT_THAT(readText(mFolder / "new.mcf"), HasSubstr("\nFG_WIDTH=512;\n"));
-}
-
 TEST_F(ConfigurationTest, DiffShowsBothValuesAndAnswersAsDiffDoes) {
     save("default.mcf");
     save("a.mcf", {"FG_WIDTH=512", "FG_TRIGGERMODE=1"});
@@ -191,39 +172,6 @@ TEST_F(ConfigurationTest, FullDiskLeavesTheFormerFile) {
     EXPECT_EQ(readText(mFolder / "curve.lut"), curve);
     EXPECT_EQ(readText(mFolder / "parameters.xml"), document);
     EXPECT_EQ(filesIn(mFolder.path()), files);
-}
-
-TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
-    std::filesystem::create_directory(mFolder / "folder.mcf");
-    for (const auto& [name, exitCode, reason] : std::vector<std::tuple<std::string, int, std::string>>{
-             {"camera.cfg",      2, "does not contain \".mcf\""},
-             {"folder.mcf",      3, "Is a directory"           },
-             {"none/camera.mcf", 3, "No such file or directory"}
-    }) {
-        SCOPED_TRACE(name);
-        const ToolResult result = runTool({"save", file(name)});
-        EXPECT_EQ(result.exitCode, exitCode);
-        EXPECT_THAT(result.errors, AllOf(HasSubstr(file(name)), HasSubstr(reason)));
-    }
-    EXPECT_EQ(runTool({"save", "--set", "FG_WIDTH=512"}).exitCode, 2);
-    EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("folder.mcf"));
-}
-
-TEST_F(ConfigurationTest, DescriptionsOfTheParametersArePrinted) {
-    const ToolResult xml = runTool({"xml"});
-    EXPECT_EQ(xml.exitCode, 0) << xml.errors;
-    EXPECT_THAT(xml.output, AllOf(StartsWith("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n\n<RegisterDescription\n"),
-                                  HasSubstr("<pFeature>FG_WIDTH</pFeature>\n"),
-                                  EndsWith("<Port Name=\"DevicePort\"></Port>\n</RegisterDescription>\n")));
-    ASSERT_EQ(runTool({"xml", "--port", "1", "--output", file("b.xml")}).exitCode, 0);
-    EXPECT_THAT(readText(mFolder / "b.xml"), EndsWith("</RegisterDescription>\n"));
-    EXPECT_EQ(runTool({"xml", "--port", "2"}).exitCode, 2);
-    const ToolResult tree = runTool({"tree"});
-    EXPECT_EQ(tree.exitCode, 0) << tree.errors;
-    EXPECT_THAT(tree.output,
-                AllOf(ContainsRegex("(^|\n)ROI\n  FG_WIDTH +Width +integer +\\[pixels\\]\n  FG_HEIGHT "),
-                      ContainsRegex("\n  Software Trigger\n    FG_SENDSOFTWARETRIGGER +Send pulses +integer\n"),
-                      ContainsRegex("\n  FG_KNEE_LUT_GAMMA +Gamma +double\n"), Not(HasSubstr("(null)"))));
 }
 
 }  // namespace

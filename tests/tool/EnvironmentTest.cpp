@@ -40,13 +40,6 @@ protected:
     TemporaryFolder mFolder;
 };
 
-TEST_F(EnvironmentTest, MovedTreeWorksWithItsOwnFiles) {
-    const ToolResult result = run({"info"});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, HasSubstr(tree("lib/libtavo_hw.so").string()));
-    EXPECT_THAT(result.output, HasSubstr(tree("Hardware Applets/fabrixIV/libQuillon.so").string()));
-}
-
 TEST_F(EnvironmentTest, MissingRuntimeLibrariesAreNamedWithTheirPlace) {
     for (const std::string file : {"lib/libtavo_hw.so", "lib/libhaprt.so"}) {
         SCOPED_TRACE(file);
@@ -61,42 +54,6 @@ TEST_F(EnvironmentTest, MissingRuntimeLibrariesAreNamedWithTheirPlace) {
         std::filesystem::remove(tree(file));
         std::filesystem::rename(tree("kept"), tree(file));
     }
-}
-
-TEST_F(EnvironmentTest, WrongRuntimeLibraryIsToldByWhatItLacks) {
-    // Each library in the other's place opens, and has none of the operations.
-    std::filesystem::copy_file(tree("lib/libhaprt.so"), tree("lib/libtavo_hw.so"),
-                               std::filesystem::copy_options::overwrite_existing);
-    const ToolResult result = run({"get", "FG_WIDTH"});
-    EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.errors, AllOf(HasSubstr(tree("lib/libtavo_hw.so").string()), HasSubstr("lacks"),
-                                     HasSubstr("TavoConfigureFpga")));
-}
-
-TEST_F(EnvironmentTest, InfoShowsTheAppletEvenWithoutABoard) {
-    std::filesystem::remove(tree("lib/libtavo_hw.so"));
-    const ToolResult result = run({"info"});
-    EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.output, HasSubstr("QuillonCam_Greyscale_8bit"));
-}
-
-TEST_F(EnvironmentTest, AppletOutsideATreeUsesTheEnvironment) {
-    std::filesystem::copy_file(tree("Hardware Applets/fabrixIV/libQuillon.so"), mFolder / "applet.so");
-    const Arguments arguments{"--applet", (mFolder / "applet.so").string(), "get", "FG_WIDTH"};
-    EXPECT_EQ(run(arguments,
-                  {
-                      {"TAVODIR5", tree("").string()}
-    })
-                  .exitCode,
-              0);
-    const ToolResult elsewhere = run(arguments, {
-                                                    {"TAVODIR5", "/nowhere"}
-    });
-    EXPECT_EQ(elsewhere.exitCode, 3);
-    EXPECT_THAT(elsewhere.errors, HasSubstr("/nowhere/lib/libtavo_hw.so"));
-    const ToolResult nowhere = run(arguments);
-    EXPECT_EQ(nowhere.exitCode, 3);
-    EXPECT_THAT(nowhere.errors, HasSubstr("neither TAVODIR5_32 nor TAVODIR5 is set"));
 }
 
 TEST_F(EnvironmentTest, FilesThatAreNoAppletAreRefused) {
@@ -191,16 +148,6 @@ TEST(CommandLineTest, WrongUsageEndsWithTwoAndAWord) {
     }
 }
 
-TEST(CommandLineTest, HelpHasAnExampleForEveryCommand) {
-    EXPECT_THAT(runTool({"--version"}).output, StartsWith("quillon "));
-    for (const std::string command : {"info", "list", "get", "registers", "acquire", "save", "set", "diff", "xml",
-                                      "tree", "lut", "describe", "devices", "doctor", "help"}) {
-        const ToolResult result = runTool({command, "--help"});
-        EXPECT_EQ(result.exitCode, 0);
-        EXPECT_THAT(result.output, HasSubstr("Example:\n  quillon " + command));
-    }
-}
-
 TEST(CommandLineTest, ManualPageHasEveryOptionOfTheHelp) {
     const std::string page = runShell("sed 's/\\\\//g' \"${1%/bin/*}/share/man/man1/quillon.1\"").output;
     for (const std::string command : {"list", "acquire", "set", "lut"}) {
@@ -248,23 +195,6 @@ TEST(CommandLineTest, ShellsCompleteCommandsOptionsAndLiveNames) {
         R"(PATH=${1%/quillon}:$PATH bash -c 'source "$0"; COMP_LINE="quillon get --set FG_TRIGGERMODE=gr";
             COMP_POINT=${#COMP_LINE}; _quillon; echo "${COMPREPLY[@]}"' "${1%/bin/*}/share/bash-completion/completions/quillon")");
     EXPECT_EQ(shell.output, "GRABBER_CONTROLLED\n") << shell.errors;
-}
-
-TEST(CommandLineTest, TablesFitTheTerminal) {
-    const auto listed = [](const char* environment) {
-        return runShell("env TERM=xterm " + std::string(environment) + " script -qec \"'$1' list sensor\" /dev/null")
-            .output;
-    };
-    EXPECT_THAT(listed("COLUMNS=80 NO_COLOR=1"),
-                ContainsRegex("\nSensor Readout Correction\r\n  FG_SENSORREADOUT .*\r\n +SMODE_"));
-    EXPECT_THAT(listed("COLUMNS=80"), HasSubstr("\033[1mSensor Readout Correction\033[0m"));
-    EXPECT_THAT(runTool(
-                    {
-                        "list", "sensor"
-    },
-                    {{"COLUMNS", "80"}})
-                    .output,
-                testing::Not(HasSubstr("\033")));
 }
 
 TEST(CommandLineTest, OutputThatCannotBeWrittenIsAFailure) {

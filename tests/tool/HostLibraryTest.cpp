@@ -80,13 +80,6 @@ TEST_F(HostLibraryTest, CatalogueHoldsEveryParameterOnce) {
     EXPECT_EQ(catalogue.find(""), nullptr);
 }
 
-TEST_F(HostLibraryTest, BuffersThatCannotBeAreRefused) {
-    EXPECT_THROW(BufferSet(mGrabber, 0, 1), HostError);
-    EXPECT_THROW(BufferSet(mGrabber, 16, 0), HostError);
-    EXPECT_THROW(BufferSet(mGrabber, std::numeric_limits<size_t>::max() / 2, 3), HostError);
-    EXPECT_THROW(BufferSet(mGrabber, std::numeric_limits<size_t>::max() / 2 + 1, 1), HostError);
-}
-
 TEST_F(HostLibraryTest, FramesCarryNumberTagLengthAndTime) {
     const BufferSet buffers(mGrabber, windowBytes(), 8);
     Acquisition acquisition(mGrabber, buffers, 8);
@@ -103,23 +96,6 @@ TEST_F(HostLibraryTest, FramesCarryNumberTagLengthAndTime) {
     }
     EXPECT_EQ(acquisition.stop(), FG_OK);
     EXPECT_EQ(acquisition.stop(), FG_OK);
-}
-
-TEST_F(HostLibraryTest, BufferOfAnEarlierPictureCountsAsOverwritten) {
-    const BufferSet buffers(mGrabber, windowBytes(), 4);
-    Acquisition acquisition(mGrabber, buffers, 6);
-    ASSERT_EQ(acquisition.waitFor(6, 10), 6);
-    EXPECT_TRUE(acquisition.isOverwritten(2));
-    EXPECT_FALSE(acquisition.isOverwritten(3));
-    EXPECT_TRUE(acquisition.isOverwritten(7));
-}
-
-TEST_F(HostLibraryTest, PictureLargerThanItsBufferStaysInside) {
-    const size_t whole = windowBytes();
-    const BufferSet buffers(mGrabber, whole / 2, 2);
-    Acquisition acquisition(mGrabber, buffers, 2);
-    ASSERT_EQ(acquisition.waitFor(2, 10), 2);
-    EXPECT_EQ(acquisition.frame(1).bytes.size(), whole / 2);
 }
 
 TEST_F(HostLibraryTest, StopFromAnotherThreadEndsAWait) {
@@ -209,24 +185,6 @@ TEST(TagGapsTest, CountsAcrossTheWrapOfTheTags) {
     EXPECT_EQ(dropped(5, 12), 0U) << "the host left out picture 4";
 }
 
-TEST_F(HostLibraryTest, FrameLoopTellsASilentCameraFromAStop) {
-    ASSERT_EQ(mGrabber.write(FG_TRIGGERMODE, 4), FG_OK);
-    ASSERT_EQ(mGrabber.write(FG_EXSYNCON, 1), FG_OK);
-    const BufferSet buffers(mGrabber, windowBytes(), 2);
-    const auto never = [](const Frame&) { return false; };
-    const FrameLoopReport silent = acquireFrames(mGrabber, buffers, {.timeoutSeconds = 1}, never);
-    EXPECT_EQ(silent.end, FrameLoopEnd::TimedOut);
-    EXPECT_LT(silent.code, 0);
-
-    std::stop_source stop;
-    std::jthread stopper([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        stop.request_stop();
-    });
-    const FrameLoopPlan patient{.timeoutSeconds = 600};
-    EXPECT_EQ(acquireFrames(mGrabber, buffers, patient, never, stop.get_token()).end, FrameLoopEnd::Stopped);
-}
-
 TEST_F(HostLibraryTest, TwoBoardsAcquireAtTheSameTime) {
     Grabber second(mApplet, boardDevice(mApplet, 1));
     EXPECT_EQ(boardDevice(mApplet, 0), nullptr);
@@ -255,38 +213,6 @@ TEST_F(HostLibraryTest, TwoBoardsAcquireAtTheSameTime) {
     acquire(mGrabber, bytes);
     other.join();
     EXPECT_THROW(boardDevice(mApplet, -1), HostError);
-}
-
-TEST_F(HostLibraryTest, SecondAcquisitionIsRefusedAndLeavesTheFirstRunning) {
-    const BufferSet buffers(mGrabber, windowBytes(), 2);
-    Acquisition first(mGrabber, buffers, std::numeric_limits<frameindex_t>::max());
-    try {
-        const Acquisition second(mGrabber, buffers, 1);
-        FAIL() << "started twice";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.code(), FG_ALREADY_STARTED);
-    }
-    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_ACQUISITION_RUNNING);
-    EXPECT_GE(first.waitFor(3, 10), 3);
-}
-
-TEST_F(HostLibraryTest, ParametersCanChangeAgainAfterAnAcquisitionWentOutOfScope) {
-    const BufferSet buffers(mGrabber, windowBytes(), 2);
-    std::optional<Acquisition> acquisition(std::in_place, mGrabber, buffers, 5);
-    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_ACQUISITION_RUNNING);
-    acquisition.reset();
-    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_OK);
-}
-
-TEST(ResultCodesTest, EveryRowIsCompleteAndFoundByItsCode) {
-    std::set<std::string> names;
-    for (const ResultCodeRow& row : resultCodes()) {
-        EXPECT_EQ(findResultCode(row.code), &row);
-        EXPECT_TRUE(names.insert(row.name).second);
-    }
-    EXPECT_EQ(describeResultCode(-61).substr(0, 21), "FG_INVALID_PORT (-61)");
-    EXPECT_EQ(findResultCode(-12345), nullptr);
-    EXPECT_THAT(describeResultCode(-12345), testing::HasSubstr("-12345"));
 }
 
 }  // namespace

@@ -65,12 +65,6 @@ TEST_F(LutTest, ShowDrawsTheCurveThatTakesEffect) {
     EXPECT_EQ(at(first, 212, 330), 215);
 }
 
-TEST_F(LutTest, WhatIsShownIsWhatTheBoardHas) {
-    // The last segment of the table starts at point 1023, whose output at gamma 0.5 is 65408 of 65536.
-    const ToolResult result = runTool({"registers", "AAKneeLutStart", "--set", "FG_KNEE_LUT_GAMMA=0.5"});
-    EXPECT_THAT(result.output, ContainsRegex("AAKneeLutStart +[0-9]+ +read/write +65408 "));
-}
-
 TEST_F(LutTest, SavedCurvesAreLoadedAgain) {
     writeLut("half.lut", 0.5 / 1024);
     const ToolResult loaded = runTool({"lut", "load", file("half.lut"), "--set", "knee_lut_scale=2"});
@@ -117,21 +111,6 @@ TEST_F(LutTest, RefusedFilesAreNamedWithReason) {
     const ToolResult text = runTool({"lut", "load", file("text.lut")});
     EXPECT_EQ(text.exitCode, 0);
     EXPECT_THAT(text.errors, AllOf(HasSubstr("every point is 0"), HasSubstr("text.lut")));
-}
-
-TEST_F(LutTest, RefusedFileActionsNameTheFile) {
-    for (const auto& [settings, reason] : std::vector<std::pair<Arguments, std::string>>{
-             {{"FG_KNEE_LUT_SAVE_LOAD_FILE=0"},                                "FG_KNEE_LUT_FILE names no file"       },
-             {{"FG_KNEE_LUT_FILE=none.lut", "FG_KNEE_LUT_SAVE_LOAD_FILE=0"},   "'none.lut': there is no such file"    },
-             {{"FG_KNEE_LUT_FILE=none.txt", "FG_KNEE_LUT_SAVE_LOAD_FILE=1"},   "'none.txt': its name does not contain"},
-             {{"FG_KNEE_LUT_FILE=none/x.lut", "FG_KNEE_LUT_SAVE_LOAD_FILE=1"}, "'none/x.lut': it cannot be written"   }
-    }) {
-        Arguments arguments{"acquire", "--set"};
-        arguments.insert(arguments.end(), settings.begin(), settings.end());
-        const ToolResult result = runTool(arguments);
-        EXPECT_EQ(result.exitCode, 1);
-        EXPECT_THAT(result.errors, AllOf(HasSubstr(reason), HasSubstr("(code -500"), Not(HasSubstr("above"))));
-    }
 }
 
 }  // namespace

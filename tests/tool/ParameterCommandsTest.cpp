@@ -103,33 +103,6 @@ TEST(ParameterCommandsTest, GetPrintsValuesInTheOrderAsked) {
               "FG_REVNR = 3.008\n");
 }
 
-TEST(ParameterCommandsTest, GetAnswersTextQueries) {
-    const ToolResult result = runTool({"get", "FG_PARAM_DESCR=FG_HEIGHT", "FG_REG_VALUE_STRING=AAAreaHeight"});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output,
-                AllOf(HasSubstr("Image height of the acquisition window."), HasSubstr("AAAreaHeight= 1023 (0x3ff)")));
-    const ToolResult tooLong = runTool({"get", "FG_PARAM_DESCR=" + std::string(512, 'x')});
-    EXPECT_EQ(tooLong.exitCode, 1);
-}
-
-TEST(ParameterCommandsTest, GetTellsWhatCannotBeReadAndPrintsTheRest) {
-    const ToolResult result = runTool({"get", "FG_IMAGE_TAG", "FG_HEIGHT"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.output, "FG_HEIGHT = 1024 [pixels]\n");
-    EXPECT_THAT(result.errors, AllOf(HasSubstr("FG_IMAGE_TAG cannot be read"), HasSubstr("-2070")));
-    EXPECT_EQ(runTool({"get", "FG_HIGHT"}).exitCode, 2);
-}
-
-TEST(ParameterCommandsTest, ListBearsParametersWithoutValueOrGroup) {
-    const ToolResult result = runTool({"list"});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, ContainsRegex("\n  FG_WIDTH +1024 +\\[pixels\\] +rw- +32 to 65536, step 16\n"));
-    EXPECT_THAT(result.output, ContainsRegex("\n  FG_TIMESTAMP_LONG +\\(not readable\\) +r--\n"));
-    EXPECT_THAT(result.output, ContainsRegex("\n  FG_GLOBAL_ACCESS +NONE \\(0\\) +rwc +NONE \\(0\\), RO \\(1\\)"));
-    EXPECT_THAT(result.output, ContainsRegex("\nOther\n  FG_APC_STOP_TIMEOUT +\\(not readable\\) +rw- +0 to 0\n"));
-    EXPECT_THAT(result.output, ContainsRegex("\n  FG_PLX_CLK +\\(measured when named\\) +\\[MHz\\]"));
-}
-
 TEST(ParameterCommandsTest, ListPatternsChooseByNameInAnyCase) {
     const ToolResult offsets = runTool({"list", "offset"});
     EXPECT_THAT(offsets.output, AllOf(HasSubstr("FG_XOFFSET"), HasSubstr("FG_YOFFSET"), Not(HasSubstr("FG_WIDTH"))));
@@ -160,40 +133,6 @@ TEST(ParameterCommandsTest, ListedObjectsHaveTheKeysThatApply) {
     EXPECT_EQ(named("FG_REVNR")["value"], 3.008);
 }
 
-TEST(ParameterCommandsTest, EveryJsonDocumentIsOne) {
-    for (const Arguments& arguments : std::vector<Arguments>{
-             {"get", "FG_WIDTH", "FG_GLOBAL_ACCESS"},
-             {"info"},
-             {"describe", "FG_WIDTH"},
-             {"devices"},
-             {"doctor"},
-             {"registers", "area"},
-             {"tree"},
-             {"lut", "show"}
-    }) {
-        Arguments all = arguments;
-        all.emplace_back("--json");
-        SCOPED_TRACE(all.front());
-        const ToolResult result = runTool(all);
-        EXPECT_EQ(result.exitCode, 0) << result.errors;
-        EXPECT_FALSE(nlohmann::json::parse(result.output, nullptr, false).is_discarded());
-    }
-}
-
-TEST(ParameterCommandsTest, DescriptionsTellWhatTryingShows) {
-    const ToolResult locked = runTool({"describe", "exposure"});
-    EXPECT_EQ(locked.exitCode, 0) << locked.errors;
-    EXPECT_THAT(locked.output, ContainsRegex("\nlocked +yes; FG_TRIGGERMODE=GRABBER_CONTROLLED .*makes it writable\n"));
-    EXPECT_THAT(locked.output, ContainsRegex("\npage +feature_blocks/PSTrigger/PSAreaTrigger.html\n"));
-    const Arguments controlled{"describe", "exposure", "--json", "--set", "triggermode=1", "exposure=3ms"};
-    const auto open = nlohmann::json::parse(runTool(controlled).output);
-    EXPECT_FALSE(open.contains("locked"));
-    EXPECT_EQ(open["value"], 3000);
-    EXPECT_THAT(open["dependsOn"].dump(), AllOf(HasSubstr(R"({"effects":"limits","name":"FG_FRAMESPERSEC"})"),
-                                                HasSubstr(R"({"effects":"limits","name":"FG_PRESCALER"})")));
-    EXPECT_THAT(runTool({"describe", "WIDHT"}).errors, HasSubstr("did you mean FG_WIDTH?"));
-}
-
 TEST(ParameterCommandsTest, WithoutACommandAllAreNamed) {
     const ToolResult wrong = runTool({"acqire", "-n", "2"});
     EXPECT_EQ(wrong.exitCode, 2);
@@ -211,19 +150,6 @@ TEST(ParameterCommandsTest, TraceShowsCallsWithArgumentsAndResults) {
                 ContainsRegex("trace: Fg_setParameterWithType\\(0x[0-9a-f]+, 100, 0x[0-9a-f]+ -> 512, 0, 1\\) = 0\n"));
     EXPECT_THAT(runTool({"get", "FG_PARAM_DESCR=FG_WIDTH", "--trace"}).errors,
                 HasSubstr(R"( -> "Image width of the acquisition window.", 0, 6) = 0)"));
-}
-
-TEST(ParameterCommandsTest, InfoShowsAppletDesignAndLibraries) {
-    const ToolResult result = runTool({"info"});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    for (const char* text :
-         {"QuillonCam_Greyscale_8bit", "Acquisition with one FULL configuration greyscale area scan camera",
-          "class=acquisition,type=single,sensortype=area,color=gray,interface=full", "172032096 (0xA410060)",
-          "2626 (0xA42)", "1757 bytes", QUILLON_STAGE "/lib/libtavo_hw.so", QUILLON_STAGE "/lib/libhaprt.so",
-          "software board"}) {
-        EXPECT_THAT(result.output, HasSubstr(text));
-    }
-    EXPECT_THAT(result.output, ContainsRegex("\ndesign id +[0-9a-f-]+\n"));
 }
 
 }  // namespace

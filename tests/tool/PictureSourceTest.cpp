@@ -91,29 +91,6 @@ TEST_F(PictureSourceTest, GeneratorTapsThatAreOffAreBlackColumns) {
     }
 }
 
-TEST_F(PictureSourceTest, GeneratorPictureEndsWhereItsSizeSays) {
-    const GrayPicture whole = generate(1).front();
-    const GrayPicture small = generate(1, {"FG_GEN_WIDTH=72", "FG_GEN_HEIGHT=41"}).front();
-    // Beyond it the window is black.
-    EXPECT_EQ(small, whole.crop(0, 0, 72, 41).crop(0, 0, kWidth, kHeight));
-}
-
-TEST_F(PictureSourceTest, GeneratorThatIsHaltedIsNamedInTheTimeOut) {
-    const ToolResult result = runTool({"acquire", "--generator", "--timeout", "1", "--set", "FG_GEN_START=off"});
-    EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.errors, AllOf(HasSubstr("picture 1 did not arrive within 1 s"), HasSubstr("FG_GEN_START")));
-}
-
-TEST_F(PictureSourceTest, GeneratorNeedsNoCamera) {
-    const ToolResult result = runTool(
-        {
-            "acquire", "--generator", "-n", "3", "--timeout", "20"
-    },
-        {{"TAVO_SIM_LINK", "0"}});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, HasSubstr("pictures    3 of 3"));
-}
-
 TEST_F(PictureSourceTest, MatchingReadoutRestoresEveryGeometryAndUnchangedDoesNot) {
     const std::string camera = textures(2);
     const std::vector<GrayPicture> inputs = readFolder(camera);

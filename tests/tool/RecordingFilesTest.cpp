@@ -82,20 +82,6 @@ TEST_F(RecordingFilesTest, TiffAndRawFilesHoldEveryPicture) {
     EXPECT_EQ(std::memcmp(bytes.data() + second.size(), second.data(), second.size()), 0);
 }
 
-TEST_F(RecordingFilesTest, InterruptCompletesTheFileThatHoldsAll) {
-    // Without an end the file gets the wide offsets of BigTIFF.
-    ToolProcess tool(toolPath(), {"acquire", "-n", "0", "--camera", (mFolder / "camera").string(), "--set", "WIDTH=96",
-                                  "--set", "HEIGHT=65", "--output", (mFolder / "endless.tif").string()});
-    for (int i = 0; i < 2000 && filesIn(mFolder.path()).size() < 2; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    tool.signal(SIGINT);
-    EXPECT_EQ(tool.finish().exitCode, 130);
-    const std::vector<GrayPicture> pages = readTiff(mFolder / "endless.tif");
-    ASSERT_FALSE(pages.empty());
-    for (size_t i = 0; i < pages.size(); ++i) EXPECT_EQ(pages[i], mInputs[i % 3]);
-}
-
 TEST_F(RecordingFilesTest, FullDiskKeepsTheWholePagesThatFitted) {
     // A limit on the size of a file, in blocks of 512 bytes, fails a write in its middle, as a full disk does.
     for (const std::string ending : {"tif", "raw"}) {
@@ -172,52 +158,6 @@ TEST_F(RecordingFilesTest, HistogramSheetShowsThePictureAndItsCounts) {
     for (const char* bad : {"/no/such/folder/h.png", "h.jpg"}) {
         EXPECT_THAT(acquire("1", "p%d.pgm", {"--histogram", bad}).errors, HasSubstr(bad));
     }
-}
-
-TEST(SilenceTest, AnAcquisitionWithoutPicturesSaysWhatItWaitedFor) {
-    struct Case {
-        Arguments options;
-        std::vector<std::string> named;
-    };
-    for (const Case& c : {
-             Case{{"--trigger-mode", "async_trigger", "--set", "FG_TRIGGERINPOLARITY=1", "--set", "CCSEL0=CC_GND"},
-                  {"FG_TRIGGERMODE = ASYNC_TRIGGER (2)", "FG_TRIGGERINSRC = Input_0 (0)",
-                   "FG_TRIGGERINPOLARITY = Low (1)", "set FG_EXSYNCON=FG_ON", "no CC line carries ExSync"}                            },
-             Case{{"--trigger-mode", "4", "--set", "EXSYNCON=1", "--software-triggers", "2"},
-                  {"ASYNC_SOFTWARE_TRIGGER (4)", "software triggers", "FG_CCSEL0 = CC_EXSYNC (0)"}                                    },
-             Case{{},                                                                                               {"runs by itself"}},
-    }) {
-        Arguments arguments{"acquire", "--timeout", "1"};
-        arguments.insert(arguments.end(), c.options.begin(), c.options.end());
-        const ToolResult result = runTool(arguments, {
-                                                         {"TAVO_SIM_LINK", "0"}
-        });
-        EXPECT_EQ(result.exitCode, 3);
-        EXPECT_THAT(result.errors, HasSubstr("camera link is closed"));
-        for (const std::string& text : c.named) EXPECT_THAT(result.errors, HasSubstr(text));
-        EXPECT_THAT(result.output, HasSubstr("1 time-out"));
-    }
-}
-
-TEST(SilenceTest, SoftwareTriggersThatCannotBeAreRefused) {
-    for (const char* series : {"0", "-1", "3@", "3@0", "@5", "3@nan", "3@1e9", "4294967296"}) {
-        const ToolResult result =
-            runTool({"acquire", "--trigger-mode", "4", std::string("--software-triggers=") + series});
-        EXPECT_EQ(result.exitCode, 2) << series;
-        EXPECT_THAT(result.errors, HasSubstr("N@HZ")) << series;
-    }
-    EXPECT_THAT(runTool({"acquire", "--software-triggers", "1"}).errors, HasSubstr("takes no software triggers"));
-    EXPECT_EQ(runTool({"acquire", "--trigger-mode", "5"}).exitCode, 1);
-}
-
-TEST(SilenceTest, SoftwareTriggersAreCountedInTheJsonReport) {
-    const ToolResult result =
-        runTool({"acquire", "--trigger-mode", "4", "--set", "EXSYNCON=1", "--software-triggers", "3", "--json"});
-    ASSERT_EQ(result.exitCode, 0) << result.errors;
-    const nlohmann::json report = nlohmann::json::parse(result.output);
-    EXPECT_EQ(report["triggersSent"], 3);
-    EXPECT_TRUE(report.contains("triggersRepeated"));
-    EXPECT_FALSE(nlohmann::json::parse(runTool({"acquire", "--json"}).output).contains("triggersSent"));
 }
 
 }  // namespace

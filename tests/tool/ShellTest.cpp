@@ -87,29 +87,5 @@ TEST_F(ShellTest, FailuresNameTheLineAndDecideTheExitCode) {
     EXPECT_EQ(runTool({"shell", (mFolder / "absent").string()}).exitCode, 3);
 }
 
-TEST_F(ShellTest, SoftwareTriggersAreSentWhileTheAcquisitionRuns) {
-    const ToolResult result = runTool({"shell", script("set FG_TRIGGERMODE=ASYNC_SOFTWARE_TRIGGER FG_EXSYNCON=FG_ON\n"
-                                                       "start -n 5 --timeout 20\n"
-                                                       "trigger 5@50\n"
-                                                       "wait\n")});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, AllOf(HasSubstr("sent 5 of 5 software triggers"), HasSubstr("pictures    5 of 5")));
-}
-
-TEST_F(ShellTest, SignalsEndAScript) {
-    for (const int signal : {SIGINT, SIGTERM}) {
-        ToolProcess tool(toolPath(),
-                         {"shell", script("start --output " + (mFolder / "out/s%d.raw").string() + "\nsleep 60\n")});
-        for (int i = 0; i < 2000 && filesIn(mFolder / "out").size() < 4; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        tool.signal(signal);
-        const ToolResult result = tool.finish();
-        EXPECT_EQ(result.exitCode, 128 + signal);
-        EXPECT_THAT(result.output, AllOf(HasSubstr("1 stop:"), HasSubstr("lost        0")));
-        std::filesystem::remove_all(mFolder / "out");
-    }
-}
-
 }  // namespace
 }  // namespace tooltest

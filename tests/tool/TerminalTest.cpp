@@ -41,13 +41,6 @@ TEST(TerminalTest, LivePictureShowsAndGivesTheTerminalBackOnEveryWayOut) {
     }
 }
 
-TEST(TerminalTest, LivePictureWantsATerminal) {
-    const ToolResult result = runTool({"view"});
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_THAT(result.errors, HasSubstr("needs a terminal"));
-    EXPECT_EQ(result.output, "");
-}
-
 TEST(TerminalTest, ProgressIsShownInATerminalAndNotInAPipe) {
     TerminalProcess tool({"acquire", "-n", "1000000"}, {});
     EXPECT_TRUE(tool.waitFor("/1000000  ")) << tool.shown();
