@@ -57,15 +57,5 @@ protected:
         return hasCome ? mMemory[0] : std::vector<uint8_t>();
     }
 
-    /// Whether pictures come in a new transfer; if not, none does within a moment.
-    bool delivers() {
-        if (mBuffers == nullptr) addBuffers(1);
-        EXPECT_EQ(start(1), 0);
-        const int first = mBuffers->wait(1, 0);
-        const bool hasCome = first == 1 || mBuffers->wait(1, 1) == 1;
-        EXPECT_EQ(mBoard.stopDma(0), 0);
-        return hasCome;
-    }
-
     const simulation::Design mStages = quillonDesign();
 };

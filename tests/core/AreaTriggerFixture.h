@@ -18,38 +18,12 @@ protected:
         board.clearEvents();
         return *mTrigger;
     }
-    void openWithTimeBase(double us) {
-        open();
-        load(FG_PRESCALER, us);
-        board.clearEvents();
-    }
     /// Opens in a trigger mode with ExSync switched on.
     void openInMode(int mode) {
         open();
         load(FG_EXSYNCON, 1);
         load(FG_TRIGGERMODE, mode);
         board.clearEvents();
-    }
-    /// A design with a second camera path: port 1 has registers of its own.
-    void makeTwoCameras() {
-        mFabrixBoard->setIsDualDesign(true);
-        const std::vector<FakeBoard::Register> ofPortA = board.registers;
-        for (FakeBoard::Register reg : ofPortA) {
-            const bool isTrigger = reg.name.starts_with("AATrg") || reg.name == "AAEnable_ProgFlashDuration";
-            if (!isTrigger) continue;
-            reg.name[1] = 'B';
-            std::erase_if(board.registers, [&](const auto& known) { return known.name == reg.name; });
-            board.registers.push_back(reg);
-        }
-    }
-    void removeQueue() {
-        for (const char* name : {"FillLevel", "Triggers", "Enable"}) {
-            board.removeRegister(std::string("AATrgArea_SwTrgQueue") + name);
-        }
-    }
-    void removeFlashTime() {
-        board.removeRegister("AATrgArea_FlashLow");
-        board.removeRegister("AAEnable_ProgFlashDuration");
     }
     /// \return events as one text, "ExSyncLow 399, ImgSwEnable 0": without "AATrgArea_" or "AATrg_", which all have
     static std::string textOf(std::vector<std::string> events) {

@@ -17,7 +17,6 @@ inline constexpr CamPortArguments kMediumBayer{true, true, true, true, false};
 inline constexpr CamPortArguments kBaseGray{true, false, false, false, false};
 inline constexpr CamPortArguments kBaseColor{true, false, true, false, false};
 inline constexpr CamPortArguments kBaseBayer{true, false, true, true, false};
-inline constexpr CamPortArguments kLineScan{false, false, false, false, false};
 
 /// Input formats of a gray camera in the base configuration.
 inline constexpr const char* kBaseEntries =

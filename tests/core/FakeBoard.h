@@ -39,7 +39,6 @@ public:
     static dma_mem* memory();
 
     void removeRegister(const std::string& name);
-    void removeAllRegisters() { registers.clear(); }
     void setWidth(const std::string& name, int width);
     /// Lets every write to a register fail with a code; 0 lets it pass again.
     void failWrite(const std::string& name, int code) { writeFailures[name] = code; }

@@ -21,7 +21,6 @@ public:
     Fx3Parameter& make(int id, FX3ParamType type, const char* defName = "FG_PROBE", bool updateAll = false) {
         return *new Fx3Parameter(this, type, "Probe", defName, id, "[probe]", updateAll);
     }
-    void setStatus(int status) { mRegisterInitSuccess = status; }
 
     int updateParameter(unsigned port, int id) override {
         note("update " + std::to_string(id) + " port=" + std::to_string(port));

@@ -6,8 +6,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kWindow[] = {FG_WIDTH, FG_HEIGHT, FG_XOFFSET, FG_YOFFSET};
-
 /// The window as the applet makes it: one camera on both connectors, 16 pixels a clock.
 class WindowTest : public ModuleTest {
 protected:
@@ -16,7 +14,6 @@ protected:
         master().setCameraCategory(30, 0);
     }
     PSWindow& makeWindow(int maxWidth = 2147483647) { return add<PSWindow>(maxWidth, 1024, 1024, -1); }
-    size_t imageSize(int port) { return master().getImageControl()->getImageSize(port); }
 };
 
 TEST_F(WindowTest, RegistersTakeUnitsAndBothSlotsAreWritten) {
