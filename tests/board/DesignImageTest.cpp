@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <random>
 #include <tuple>
 
 #include "simulation/design/DesignImage.h"

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "board/TemporaryFolder.h"
 #include "simulation/design/DesignImage.h"
 #include "simulation/design/DesignLoader.h"

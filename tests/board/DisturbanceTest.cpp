@@ -1,4 +1,3 @@
-#include <future>
 #include <thread>
 
 #include "board/BoardFixture.h"

@@ -1,6 +1,4 @@
 // A board whose camera is triggered, from the registers to the pictures, in fast mode unless a test says otherwise.
-#include <future>
-#include <numeric>
 #include <thread>
 
 #include "board/StageFixture.h"

@@ -71,20 +71,6 @@ TEST_F(AcquisitionTest, SecondStartIsRefusedUntilAStop) {
     EXPECT_EQ(stop(1), 0);
 }
 
-TEST_F(AcquisitionTest, PortOneRunsOnPathZeroAndSwitchesWithoutSelector) {
-    EXPECT_EQ(start(1), 0);
-    EXPECT_EQ(master().getActivePort(), 1);
-    EXPECT_THAT(board.eventsOf("start "), ElementsAre("path=0 mode=16 count=5 timeout=20"));
-    EXPECT_THAT(board.eventsOf("write AACamSelect"), IsEmpty());
-    // The flags are those of path 0.
-    EXPECT_EQ(status(0), 0);
-    EXPECT_EQ(status(1), 1);
-    EXPECT_EQ(get(FG_DMASTATUS, 0), 1);
-    EXPECT_EQ(get(FG_DMASTATUS, 1), 0);
-    EXPECT_EQ(stop(0), 0);
-    EXPECT_EQ(stop(1), -3010);
-}
-
 TEST_F(AcquisitionTest, FailingStartLeavesThePathIdleAndGlobalWorkOn) {
     board.startResult = -88;
     EXPECT_EQ(start(0, 2), -88);
@@ -155,15 +141,6 @@ TEST_F(AcquisitionTest, BlockingWaitUsesPathZeroAndRecordsZeroAsItIs) {
     EXPECT_THAT(board.events, IsEmpty());
     EXPECT_EQ(Fg_getLastPicNumberBlockingEx(handle(), 4, 7, 0, FakeBoard::memory()), -3);
     EXPECT_THAT(board.events, ElementsAre("wait path=0 picture=4 timeout=0"));
-}
-
-TEST_F(AcquisitionTest, TagsCountBuffersAndLengthsCountPictures) {
-    images().setMemory(0, FakeBoard::memory());
-    EXPECT_EQ(images().getImageTag(0, 1), 1000);
-    EXPECT_EQ(images().getImageTagEx(5, FakeBoard::memory()), 1004);
-    EXPECT_EQ(images().getImageTransferLength(0, 5), 500U);
-    EXPECT_EQ(images().getImageTransferLength(FakeBoard::memory(), 6), 600U);
-    EXPECT_THAT(board.events, ElementsAre("tag 0", "tag 4", "length 5", "length 6"));
 }
 
 }  // namespace

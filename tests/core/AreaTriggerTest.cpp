@@ -1,6 +1,4 @@
 // The register side of the area trigger: what is written for each parameter and mode, on each design.
-#include <chrono>
-#include <limits>
 #include <map>
 
 #include "tests/core/AreaTriggerFixture.h"

@@ -1,4 +1,3 @@
-#include <array>
 
 #include "StandardApplets/grabber_basis/PSFx4/PSCamPort.h"
 #include "StandardApplets/grabber_basis/PSFx4/PSWindow.h"

@@ -1,59 +1,13 @@
 #include <algorithm>
-#include <cstdlib>
 
 #include "tests/core/GrabberTest.h"
 
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// The whole applet, opened through its entry function.
-class CompositionTest : public GrabberTest {
-protected:
-    CompositionTest() { forget(); }
-    ~CompositionTest() override { forget(); }
-    static void forget() {
-        unsetenv("TAVO_ENABLE_DRA");
-        unsetenv("__TAVO_FORCE_EXTERNAL_HAP");
-    }
-};
-
-TEST_F(CompositionTest, RefusedConfigurationUnloadsOnce) {
-    for (const int code : {-1, -6, -9004}) {
-        board.configureResult = code;
-        EXPECT_EQ(open(), code);
-        EXPECT_EQ(mHandle.Master, nullptr);
-        EXPECT_EQ(std::count(mStartUpEvents.begin(), mStartUpEvents.end(), "unload"), 1);
-        EXPECT_EQ(mStartUpEvents.back(), "unload");
-        EXPECT_EQ(mStartUpEvents.size(), 3U);
-        board.events.clear();
-    }
-    board.embeddedDesign = nullptr;
-    EXPECT_EQ(open(), -9004);
-    EXPECT_EQ(std::count(mStartUpEvents.begin(), mStartUpEvents.end(), "unload"), 0);
-}
-
-TEST_F(CompositionTest, ExternalDesignIsTriedWhenTheVariableIsDefined) {
-    ASSERT_EQ(open(), 0);
-    EXPECT_TRUE(mStartUpEvents[0].starts_with("load embedded size=1418226 "));
-    EXPECT_TRUE(mStartUpEvents[0].ends_with(" flag=1"));
-    free();
-    for (const char* value : {"", "0", "no", "1"}) {
-        setenv("__TAVO_FORCE_EXTERNAL_HAP", value, 1);
-        board.clearEvents();
-        EXPECT_EQ(open(), 0);
-        EXPECT_EQ(mStartUpEvents[0], "load Quilmo.stdhap type=2626 flag=1");
-        EXPECT_TRUE(mStartUpEvents[1].starts_with("load embedded"));
-        free();
-    }
-    int token = 0;
-    board.externalDesign = reinterpret_cast<fpga_design*>(&token);
-    board.clearEvents();
-    EXPECT_EQ(open(), 0);
-    EXPECT_EQ(mStartUpEvents[1], "configure");
-    EXPECT_EQ(mHandle.Master->getDesign(), board.externalDesign);
-}
+using CompositionTest = GrabberTest;
 
 TEST_F(CompositionTest, SwitchingThePortRewritesThatPortBeforeTheStart) {
     ASSERT_EQ(open(), 0);

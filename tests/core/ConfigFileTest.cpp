@@ -142,28 +142,6 @@ TEST_F(ConfigFileTest, ValuesAreReadByTheseRules) {
     }
 }
 
-TEST_F(ConfigFileTest, TextsAreCutAtSeparators) {
-    const struct {
-        const char* line;
-        const char* expected;
-    } cases[] = {
-        {"FG_TEXT='a.html';\n", "a.html"},
-        {"FG_TEXT='';\n",       ""      },
-        {"FG_TEXT=' ';\n",      " "     },
-        {"FG_TEXT='a=b';\n",    "a"     },
-        {"FG_TEXT='a;b';\n",    "a"     },
-        {"FG_TEXT='it's';\n",   "it"    },
-        {"FG_TEXT=Error;\n",    "Error" },
-        {"FG_TEXT=\n",          ""      },
-        {"\n",                  "before"}
-    };
-    for (const auto& [line, expected] : cases) {
-        module.texts[0] = "before";
-        EXPECT_EQ(loadLines(line), 0);
-        EXPECT_EQ(module.texts[0], expected) << line;
-    }
-}
-
 TEST_F(ConfigFileTest, HeadersThatPass) {
     for (const char* header :
          {"AktivePort=3;\nHersteller='Generic-CameraLink';\nTyp='Quillon8';\n[Kamerasektion]\n[Port "

@@ -130,19 +130,6 @@ TEST_F(ControlTest, ClockIsMeasuredOnceByTheDocumentedSteps) {
     EXPECT_THAT(board.events, IsEmpty());
 }
 
-TEST_F(ControlTest, RegisterQueryShowsNameAndValue) {
-    board.setValue("AAReset", 10);
-    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= 10 (0xa)");
-    board.setValue("AAReset", ~uint64_t{0} - 1);
-    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= -2 (0xfffffffffffffffe)");
-    board.readFailures["AAReset"] = -1;
-    EXPECT_EQ(query(FG_REG_VALUE_STRING, "AAReset"), "AAReset= -1 (0xffffffffffffffff)");
-    EXPECT_EQ(query(FG_REG_VALUE_STRING, "NoSuchRegister"), "NoSuchRegister");
-    const std::string longest(511, 'R');
-    board.registers.push_back({longest, 8, 1, 5});
-    EXPECT_EQ(query(FG_REG_VALUE_STRING, longest), longest + "= 5 (0x5)");
-}
-
 TEST_F(ControlTest, ResetPulseAndGlobalWorkReadTheStatusAfterEachWrite) {
     EXPECT_EQ(control().writeReset(0), 0);
     EXPECT_THAT(board.events, ElementsAre("write AAReset 1", "status 0", "write AAReset 1", "status 0",

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <string>
 
 #include "tests/core/KneeLutTest.h"

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "StandardApplets/grabber_basis/Fg_Error.h"
 #include "StandardApplets/grabber_basis/Fg_Log.h"
 
 namespace {
@@ -18,7 +17,6 @@ public:
         std::free(mText);
     }
     void open() { mHandleToFile = open_memstream(&mText, &mSize); }
-    bool isOpen() const { return mHandleToFile != nullptr; }
     /// \return what has reached the stream, without a flush of the test's own
     std::string text() const { return mText == nullptr ? std::string() : std::string(mText, mSize); }
 
@@ -47,17 +45,6 @@ TEST(LogTest, LinesHaveTheirFormatAndAreFlushed) {
     expectAdded("fabrixIV::Error >> a >> b >> 0.333333333333;\n");
     log.ErrorDouble("a", "b", -1.2345678901234567e-300);
     expectAdded("fabrixIV::Error >> a >> b >> -1.23456789012e-300;\n");
-}
-
-TEST(LogTest, WelcomeBlockHasFiveLinesBetweenSeparators) {
-    OpenableLog log;
-    log.open();
-    log.UsrDbg("%d of %s%%", 3, "five");
-    log.WriteWelcome();
-    log.CloseLogFile();
-    EXPECT_FALSE(log.isOpen());
-    EXPECT_THAT(log.text(), testing::MatchesRegex("3 of five%(-{73})\n.+\nContents: Log details for fabrix Dll\n"
-                                                  "... ... [0-9 ]+ ..:..:.. 20..\n-{73}\n"));
 }
 
 }  // namespace

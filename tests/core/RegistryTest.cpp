@@ -32,30 +32,6 @@ protected:
     ProbeModule& b;
 };
 
-TEST_F(RegistryTest, DiscoveryFollowsAscendingIdentifiers) {
-    // The control module's lowest identifiers are 99 and 600, the highest 24115.
-    const int count = registry().getParamCount();
-    EXPECT_EQ(count, 27);
-    const int expected[] = {70, 71, 72, 73, 99, 600};
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(Fg_getParameterId(handle(), i), expected[i]);
-    EXPECT_STREQ(Fg_getParameterName(handle(), 0), "FG_SEVENTY");
-    EXPECT_EQ(Fg_getParameterId(handle(), count - 1), 24115);
-    for (const int index : {-1, count, 2147483647}) {
-        EXPECT_EQ(Fg_getParameterId(handle(), index), 0);
-        EXPECT_EQ(Fg_getParameterName(handle(), index), nullptr);
-    }
-    EXPECT_EQ(Fg_getParameterIdByName(handle(), "FG_SEVENTY_ONE"), 71);
-    for (const char* name : {"fg_seventy", "FG_SEVENT", "FG_SEVENTY ", "", "Probe"}) {
-        EXPECT_EQ(Fg_getParameterIdByName(handle(), name), 0) << name;
-    }
-    EXPECT_EQ(Fg_getParameterIdByName(handle(), nullptr), 0);
-    EXPECT_EQ(registry().searchParameterByName("Probe"), &record(70));
-    EXPECT_EQ(registry().searchParameterByName("probe"), nullptr);
-    EXPECT_STREQ(registry().getDocUrlByDefName("FG_TEXT"), "probe.html");
-    EXPECT_EQ(registry().getDocUrlByDefName("FG_NOTHING"), nullptr);
-    EXPECT_EQ(registry().searchParameterById(selected(70, 0xC0000000)), &record(70));
-}
-
 TEST_F(RegistryTest, WriteStoresUpdatesAndRefreshesUntilAFailure) {
     registry().addUpdateDependency(0, 70, 71, false);
     EXPECT_EQ(set(selected(70, 0x40000000), 10, 1), 0);
@@ -150,55 +126,6 @@ TEST_F(RegistryTest, InvalidatedDescriptionsAreRedoneBeforeTheUpdate) {
     calls.clear();
     EXPECT_EQ(set(70, 10), 0);
     EXPECT_EQ(calls.size(), 2U);
-}
-
-TEST_F(RegistryTest, SelectorsReadLimitsAndAccess) {
-    EXPECT_EQ(minimum(70), -5);
-    EXPECT_EQ(maximum(70), 100);
-    EXPECT_EQ(maximum(70, 1), 50);
-    EXPECT_EQ(access(70), 3);
-    registry().setLimits(71, 0, -1.5, 2.5, 0.0, 0.0, false);
-    EXPECT_EQ(minimum<double>(71), -1.5);
-    EXPECT_EQ(maximum<double>(71), 2.5);
-    const EnumField entries[] = {
-        {"High",   9, "H"    },
-        {"Low",    3, nullptr},
-        {"Middle", 5, "M"    }
-    };
-    registry().setLimits(72, 0, entries, 3, 9, false);
-    EXPECT_EQ(minimum(72), 9);
-    EXPECT_EQ(maximum(72), 5);
-    int value = 17;
-    EXPECT_EQ(registry().getParameterById(selected(73, 0xC0000000), &value, 0), -2130);
-    EXPECT_EQ(registry().getParameterById(selected(73, 0x40000000), &value, 0), -2130);
-    EXPECT_EQ(registry().getParameterById(selected(72, 0x40000000), &value, 1), -2130);
-    EXPECT_EQ(registry().getParameterById(selected(74, 0x80000000), &value, 0), -2070);
-    EXPECT_EQ(value, 17);
-    EXPECT_THAT(calls, IsEmpty());
-}
-
-TEST_F(RegistryTest, DefaultsAreWrittenThroughTheModuleAndTheirFailureIsNotSeen) {
-    a.setResult = -5;
-    b.setResult = -5;
-    EXPECT_EQ(registry().setLimits(70, 1, 0, 9, 1, 7, true), 0);
-    EXPECT_EQ(registry().setLimits(71, 0, 0.0, 9.0, 1.0, 7.0, true), 0);
-    const EnumField entries[] = {
-        {"Only", 3, nullptr}
-    };
-    EXPECT_EQ(registry().setLimits(72, 0, entries, 1, 3, true), 0);
-    EXPECT_EQ(registry().setLimits(73, 0, "default", "*.lut", true), 0);
-    EXPECT_EQ(registry().setLimits(73, 0, "default", nullptr, false), 0);
-    EXPECT_THAT(calls, ElementsAre("a: set 70 port=1", "b: set 71 port=0", "b: set 72 port=0", "a: set 73 port=0"));
-    EXPECT_EQ(record(73).data.stringData->defaultString[0], "default");
-    EXPECT_EQ(record(73).data.stringData->extension[0], std::nullopt);
-    for (const int id : {12345, -1}) {
-        EXPECT_EQ(registry().setLimits(id, 0, 0, 1, 1, 0, true), -2070);
-        EXPECT_EQ(registry().setLimits(id, 0, 0.0, 1.0, 1.0, 0.0, true), -2070);
-        EXPECT_EQ(registry().setLimits(id, 0, "", nullptr, true), -2070);
-        EXPECT_EQ(registry().setLimits(id, 0, nullptr, true), -2070);
-        EXPECT_EQ(registry().setFlags(id, 0, 1, 1, 1, 1), -2070);
-        EXPECT_EQ(registry().setDescr(id, "x"), -2070);
-    }
 }
 
 /// A module that lacks one of the description steps.

@@ -1,4 +1,3 @@
-#include <climits>
 #include <locale>
 
 #include "StandardApplets/grabber_basis/ParameterInfoBuilderXML.h"
@@ -64,6 +63,14 @@ TEST(XmlNameFilterTest, LettersStayAndOthersDependOnTheirPosition) {
         {"\xC3\x84 @[`{/:-.",  ""               },
     };
     for (const auto& [text, name] : names) EXPECT_EQ(xmlNameFilter(text), name) << text;
+}
+
+TEST(XmlStringFilterTest, FiveCharactersBecomeEntities) {
+    EXPECT_EQ(xmlStringFilter(""), "");
+    EXPECT_EQ(xmlStringFilter("Flash & ExSync: a<b, b>a, \"x\", 'y'"),
+              "Flash &amp; ExSync: a&lt;b, b&gt;a, &quot;x&quot;, &apos;y&apos;");
+    EXPECT_EQ(xmlStringFilter("&lt;"), "&amp;lt;") << "nothing is taken for an entity already";
+    EXPECT_EQ(xmlStringFilter("\t\xC2\xB5s \x01\xFF"), "\t\xC2\xB5s \x01\xFF");
 }
 
 TEST_F(XmlBuilderTest, LeavesOutWhatCannotBeDescribed) {

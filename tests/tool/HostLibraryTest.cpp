@@ -4,7 +4,6 @@
 #include <chrono>
 #include <latch>
 #include <limits>
-#include <optional>
 #include <set>
 #include <stdexcept>
 #include <stop_token>

@@ -3,7 +3,6 @@
 #include <tiffio.h>
 
 #include <array>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
@@ -11,7 +10,6 @@
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tool/GrayPicture.h"
