@@ -143,4 +143,31 @@ TEST_F(AcquisitionTest, BlockingWaitUsesPathZeroAndRecordsZeroAsItIs) {
     EXPECT_THAT(board.events, ElementsAre("wait path=0 picture=4 timeout=0"));
 }
 
+TEST_F(AcquisitionTest, BadFlagIsRefusedAfterTheMemoryWasRemembered) {
+    for (const int flag : {0, 3, -1, 16}) {
+        EXPECT_EQ(start(1, flag), -2070);
+        EXPECT_EQ(lastError(), -2070);
+    }
+    EXPECT_EQ(images().getMemory(1), FakeBoard::memory());
+    EXPECT_EQ(images().getMemory(0), nullptr);
+    EXPECT_EQ(master().getActivePort(), 0);
+    EXPECT_THAT(board.events, IsEmpty());
+}
+
+TEST_F(AcquisitionTest, TagsCountBuffersAndLengthsCountPictures) {
+    images().setMemory(0, FakeBoard::memory());
+    EXPECT_EQ(images().getImageTag(0, 1), 1000);
+    EXPECT_EQ(images().getImageTagEx(5, FakeBoard::memory()), 1004);
+    EXPECT_EQ(images().getImageTransferLength(0, 5), 500U);
+    EXPECT_EQ(images().getImageTransferLength(FakeBoard::memory(), 6), 600U);
+    EXPECT_THAT(board.events, ElementsAre("tag 0", "tag 4", "length 5", "length 6"));
+}
+
+TEST_F(AcquisitionTest, StartTakesTheTimeoutOfItsPath) {
+    EXPECT_EQ(set(FG_TIMEOUT, 3), -6000) << "no limits have been published yet";
+    EXPECT_EQ(load(FG_TIMEOUT, 3), 0);
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(board.eventsOf("start "), ElementsAre("path=0 mode=16 count=5 timeout=3"));
+}
+
 }  // namespace

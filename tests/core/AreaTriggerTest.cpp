@@ -170,4 +170,16 @@ TEST_F(AreaTriggerTest, WholeBlockGoesInItsOrder) {
 
 // ---- Other designs and ports
 
+TEST_F(AreaTriggerTest, WholeBlockGoesOnAfterFailures) {
+    open();
+    board.failNthWrite(3, -20);
+    EXPECT_EQ(mTrigger->updateAllParameters(0), FG_ERROR);
+    EXPECT_EQ(board.writes().size(), 13u);
+    EXPECT_EQ(mTrigger->updateAllParameters(0), FG_OK);
+    master().setIsArea(0, 0);
+    board.clearEvents();
+    EXPECT_EQ(mTrigger->updateAllParameters(0), FG_OK);
+    EXPECT_THAT(board.events, IsEmpty()) << "a line camera has no area trigger";
+}
+
 }  // namespace

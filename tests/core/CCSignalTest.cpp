@@ -78,4 +78,20 @@ TEST_F(CCSignalTest, InputsAreReadWheneverTheyAreAskedFor) {
     EXPECT_EQ(module.updateParameter(0, FG_DIGIO_INPUT), -1);
 }
 
+TEST_F(CCSignalTest, FullUpdateOfAMediumCameraSetsTheSecondConnectorHigh) {
+    PSCCSignal& module = addMediumModule();
+    EXPECT_EQ(module.updateAllParameters(1), 0);
+    EXPECT_EQ(module.updateAllParameters(0), 0);
+    EXPECT_THAT(board.writes(), ElementsAre("AATrg_DigitalOut 3", "ABTrg_CCConfig 52428", "AATrg_DigitalOut 3",
+                                            "AATrg_CCConfig 52416"));
+    const std::array sources{CC_CLK, CC_CLK, CC_CLK, CC_CLK};
+    EXPECT_EQ(module.setCCSel(1, sources.data()), 0);
+    board.clearEvents();
+    for (int id = FG_CCSEL; id <= FG_CCSEL3; ++id) EXPECT_EQ(module.updateParameter(1, id), 0);
+    EXPECT_THAT(board.writes(), ElementsAreArray(std::vector<std::string>(5, "ABTrg_CCConfig 52428")));
+    EXPECT_EQ(set(FG_CCSEL0, 6), 0);
+    EXPECT_EQ(board.value("AATrg_CCConfig"), 52424u);
+    EXPECT_EQ(set(FG_CCSEL0, 6, 1), -61);
+}
+
 }  // namespace

@@ -195,4 +195,44 @@ TEST_F(ConfigFileTest, FilesThatCannotBeLoadedOrSaved) {
     EXPECT_EQ(save("a.mcf.bak"), 0);
 }
 
+TEST_F(ConfigFileTest, SavedFileHasTheseBytes) {
+    master().setActivePort(1);
+    module.integers[0] = {
+        {kInteger,    -1        },
+        {kEntry,      7         },
+        {kLongerName, 2147483647}
+    };
+    module.doubles = {1.0 / 3, 1e-20};
+    module.texts = {"a.html", " "};
+    EXPECT_EQ(save("a.mcf"), 0);
+    EXPECT_EQ(lastError(), 0);
+    EXPECT_EQ(files.content("a.mcf"),
+              "[Kamerasektion]\n"
+              "\n"
+              "ConfigFileVersion=2.0;\n"
+              "Hersteller='Generic-CameraLink';\n"
+              "Typ='Quillon8';\n"
+              "Version='1.1';\n"
+              "LoadAppletId=4711;\n"
+              "AktivePort=1;\n"
+              "\n"
+              "[Port A]\n"
+              "FG_INTEGER=-1;\n"
+              "FG_DOUBLE=0.333333333333;\n"
+              "FG_TEXT='a.html';\n"
+              "FG_ENTRY=7;\n"
+              "FG_OTHER of port 0\n"
+              "FG_UNREADABLE=-1;\n"
+              "FG_INTEGERX=2147483647;\n"
+              "\n"
+              "[Port B]\n"
+              "FG_INTEGER=0;\n"
+              "FG_DOUBLE=1e-20;\n"
+              "FG_TEXT=' ';\n"
+              "FG_ENTRY=0;\n"
+              "FG_OTHER of port 1\n"
+              "FG_UNREADABLE=-1;\n"
+              "FG_INTEGERX=0;\n");
+}
+
 }  // namespace

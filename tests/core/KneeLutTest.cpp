@@ -71,4 +71,16 @@ TEST_F(KneeLutTest, BadCurvesAreRefused) {
     EXPECT_EQ(curve()[512], 0.5);
 }
 
+TEST_F(KneeLutTest, CurveOfAnotherLengthLeavesTheLoadedTable) {
+    std::vector<double> values(1024, 1.0);
+    KneeLookupTable_s table{};
+    table.value = values.data();
+    table.nrOfElements = 1024;
+    EXPECT_EQ(set(FG_KNEE_LUT_SCALE, 0.5), 0);
+    board.clearEvents();
+    EXPECT_EQ(load(FG_KNEE_LUT, table), 0);
+    EXPECT_THAT(curve(), AllOf(SizeIs(1024), Each(1.0)));
+    EXPECT_EQ(segment(1, 7)[0], "AAKneeLutStart 32");
+}
+
 }  // namespace

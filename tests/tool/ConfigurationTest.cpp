@@ -175,4 +175,20 @@ TEST_F(ConfigurationTest, FullDiskLeavesTheFormerFile) {
 }
 
 }  // namespace
+TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
+    std::filesystem::create_directory(mFolder / "folder.mcf");
+    for (const auto& [name, exitCode, reason] : std::vector<std::tuple<std::string, int, std::string>>{
+             {"camera.cfg",      2, "does not contain \".mcf\""},
+             {"folder.mcf",      3, "Is a directory"           },
+             {"none/camera.mcf", 3, "No such file or directory"}
+    }) {
+        SCOPED_TRACE(name);
+        const ToolResult result = runTool({"save", file(name)});
+        EXPECT_EQ(result.exitCode, exitCode);
+        EXPECT_THAT(result.errors, AllOf(HasSubstr(file(name)), HasSubstr(reason)));
+    }
+    EXPECT_EQ(runTool({"save", "--set", "FG_WIDTH=512"}).exitCode, 2);
+    EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("folder.mcf"));
+}
+
 }  // namespace tooltest

@@ -109,4 +109,20 @@ TEST(RegistersTest, RegistersAreWrittenAsUnsignedNumbers) {
 }
 
 }  // namespace
+TEST(RegistersTest, OtherCommandsSeeThemOnlyWhereTheUserAsks) {
+    const ToolResult asked = runTool(
+        {
+            "list", "sortingschema"
+    },
+        {{"TAVO_ENABLE_DRA", "Yes"}});
+    EXPECT_THAT(asked.output, ContainsRegex("\n  DRA_TapSortingSchemaB +4275878552 +rwc +0 to 4294967295\n"));
+    const ToolResult notAsked = runTool(
+        {
+            "list"
+    },
+        {{"TAVO_ENABLE_DRA", "yess"}});
+    EXPECT_EQ(notAsked.exitCode, 0);
+    EXPECT_THAT(notAsked.output, Not(HasSubstr("DRA_")));
+}
+
 }  // namespace tooltest

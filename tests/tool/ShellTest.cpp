@@ -88,4 +88,13 @@ TEST_F(ShellTest, FailuresNameTheLineAndDecideTheExitCode) {
 }
 
 }  // namespace
+TEST_F(ShellTest, SoftwareTriggersAreSentWhileTheAcquisitionRuns) {
+    const ToolResult result = runTool({"shell", script("set FG_TRIGGERMODE=ASYNC_SOFTWARE_TRIGGER FG_EXSYNCON=FG_ON\n"
+                                                       "start -n 5 --timeout 20\n"
+                                                       "trigger 5@50\n"
+                                                       "wait\n")});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, AllOf(HasSubstr("sent 5 of 5 software triggers"), HasSubstr("pictures    5 of 5")));
+}
+
 }  // namespace tooltest

@@ -76,4 +76,11 @@ TEST(TerminalTest, ShellCompletesAndSurvivesCtrlC) {
 }
 
 }  // namespace
+TEST(TerminalTest, LivePictureWantsATerminal) {
+    const ToolResult result = runTool({"view"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.errors, HasSubstr("needs a terminal"));
+    EXPECT_EQ(result.output, "");
+}
+
 }  // namespace tooltest
