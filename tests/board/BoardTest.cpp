@@ -170,4 +170,12 @@ TEST_F(EnvironmentTest, AppliesAVariableAgainOnlyWhenItsTextChanges) {
     EXPECT_EQ(mBoard.faults().nextCall("TavoDmaStop"), -6);
 }
 
+TEST_F(BoardTest, TheLinkShowsOnEveryConnector) {
+    for (const unsigned connector : {0u, 1u, 2u}) EXPECT_EQ(mBoard.cameraStatus(connector), 7);
+    EXPECT_EQ(mBoard.cameraStatus(3), 0);
+    EXPECT_EQ(mBoard.cameraStatus(4294967295u), 0);
+    mBoard.setLink(false);
+    EXPECT_EQ(mBoard.cameraStatus(1), 0);
+}
+
 }  // namespace

@@ -1,3 +1,4 @@
+#include <future>
 #include <thread>
 
 #include "board/BoardFixture.h"
@@ -129,6 +130,38 @@ TEST_F(DmaTest, StartsAreCheckedAndChangeNothing) {
     EXPECT_EQ(mBoard.stopDma(0), 0);
     EXPECT_EQ(mBoard.stopDma(0), 0);
     EXPECT_EQ(start(1), 0);
+}
+
+TEST_F(DmaTest, TheFirstBufferMovesTheRing) {
+    BufferSet& buffers = addBuffers(3);
+    ASSERT_EQ(mBoard.startDma({0, 2, 0, 16, 1}, mBuffers).code, 0);
+    write(kGlobalWork, 1);
+    EXPECT_EQ(buffers.wait(1, 20), 1);
+    EXPECT_EQ(buffers.inBuffer(2)->picture, 1);
+    EXPECT_THAT(mMemory[0], Each(0xEE));
+}
+
+TEST_F(DmaTest, AWaitEndsWhenItsTransferIsReplaced) {
+    BufferSet& buffers = addBuffers(1);
+    ASSERT_EQ(start(-1), 0);
+    auto waiting = std::async(std::launch::async, [&] { return buffers.wait(1, 1'000'000); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(mBoard.stopDma(0), 0);
+    EXPECT_EQ(start(-1), 0);
+    EXPECT_EQ(waiting.get(), kStopped);
+}
+
+TEST_F(DmaTest, WaitsForWhatCannotComeEndAtOnce) {
+    BufferSet& buffers = addBuffers(2);
+    EXPECT_EQ(buffers.wait(1, 1000), kStopped) << "never started";
+    ASSERT_EQ(start(3), 0);
+    EXPECT_EQ(buffers.wait(4, 1000), kStopped) << "beyond the programmed count";
+    write(kGlobalWork, 1);
+    EXPECT_EQ(buffers.wait(3, 20), 3);
+    EXPECT_EQ(buffers.wait(2147483647, 1000), kStopped);
+    EXPECT_EQ(buffers.wait(2, 0), 3) << "what has come is told";
+    EXPECT_EQ(buffers.wait(0, 1), kBadArgument);
+    EXPECT_EQ(buffers.wait(1, -1), kBadArgument);
 }
 
 }  // namespace

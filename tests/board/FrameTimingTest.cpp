@@ -114,4 +114,34 @@ TEST(ExposureCurveTest, ShadesAreInProportionToTheExposure) {
     EXPECT_EQ(curve.shade(0), 0);
 }
 
+TEST_F(FrameTimingTest, ALongTimePassesWithTheSamePulses) {
+    generate(100, 50);
+    FrameTiming played(mTiming);
+    std::deque<CompletedFrame> frames;
+    played.advance(std::chrono::seconds(100), frames);
+    mTiming.pass(std::chrono::seconds(100));
+    EXPECT_EQ(mTiming.now(), std::chrono::seconds(100));
+    EXPECT_EQ(mTiming.trigger().pulses(), 1'000'001U);
+    EXPECT_EQ(mTiming.trigger().pulses(), played.trigger().pulses());
+    EXPECT_EQ(mTiming.trigger().exSync().falling, played.trigger().exSync().falling);
+    EXPECT_EQ(mTiming.trigger().exSync().lastFalling, played.trigger().exSync().lastFalling);
+    mTiming.pass(std::chrono::hours(100'000));
+    EXPECT_EQ(mTiming.trigger().pulses(), 3'600'000'000'001U);
+
+    mSettings.trigger.limit = 500'000;
+    mTiming.apply(mSettings);
+    mTiming.rearm();
+    mTiming.pass(std::chrono::hours(200'000));
+    EXPECT_EQ(mTiming.trigger().pulses(), 3'600'000'500'001U);
+
+    mTiming.restart();
+    mSettings.trigger.limit.reset();
+    mSettings.trigger.maker = TriggerSettings::Maker::trigger;
+    mTiming.apply(mSettings);
+    mTiming.setInputPeriod(0, us(50));
+    mTiming.pass(std::chrono::seconds(1000));
+    // A pulse and its rest take 120 us with this cycle of 100: every third edge of 50 us.
+    EXPECT_EQ(mTiming.trigger().pulses(), 6'666'667U);
+}
+
 }  // namespace
