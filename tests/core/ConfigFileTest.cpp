@@ -235,4 +235,15 @@ TEST_F(ConfigFileTest, SavedFileHasTheseBytes) {
               "FG_INTEGERX=0;\n");
 }
 
+TEST_F(ConfigFileTest, ActivePortsThatDoNotExistAreHarmless) {
+    add<PSKneeLut>();
+    for (const int port : {7, -3, 2147483647}) {
+        const std::string header = kHeader.substr(0, kHeader.find("AktivePort="));
+        EXPECT_EQ(loadText(header + "AktivePort=" + std::to_string(port) + ";\n[Port A]\nFG_INTEGER=5;\n"), 0);
+        EXPECT_EQ(master().getActivePort(), port);
+        EXPECT_EQ(module.integers[0][kInteger], 5);
+    }
+    EXPECT_THAT(board.writes(), IsEmpty());
+}
+
 }  // namespace

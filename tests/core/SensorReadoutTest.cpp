@@ -89,4 +89,17 @@ TEST_F(SensorReadoutTest, RefusedModesChangeNothing) {
     EXPECT_THAT(board.writes(), IsEmpty());
 }
 
+TEST_F(SensorReadoutTest, AFailedWriteStopsNoOtherAndCountsInTheSum) {
+    PSSensorReadout8Tab& module = addModule();
+    board.failWrite("TapNumber", -5);
+    board.failWrite("TapSortingSchemaA", -7);
+    EXPECT_EQ(set(FG_SENSORREADOUT, 42), -12);
+    EXPECT_THAT(board.writes(), ElementsAreArray(writesOf(kModes[14])));
+    EXPECT_EQ(module.updateAllParameters(0), -1);
+    board.failWrite("TapNumber", 0);
+    board.failWrite("TapSortingSchemaA", 0);
+    EXPECT_EQ(module.updateAllParameters(0), 0);
+    EXPECT_EQ(board.value("TapNumber"), 15u);
+}
+
 }  // namespace

@@ -191,4 +191,23 @@ TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
     EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("folder.mcf"));
 }
 
+TEST_F(ConfigurationTest, SetRefusesWithoutTouchingTheFile) {
+    const std::string text = save("camera.mcf");
+    const ToolResult refused = runTool({"set", "--config", file("camera.mcf"), "FG_HEIGHT=300", "FG_WIDTH=1000"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("FG_WIDTH = 1000 refused: not a multiple of the step 16"));
+    EXPECT_EQ(readText(mFolder / "camera.mcf"), text);
+    const ToolResult bare = runTool({"set", "FG_WIDTH=512"});
+    EXPECT_EQ(bare.exitCode, 2);
+    EXPECT_THAT(bare.errors, AllOf(HasSubstr("nothing outlives"), HasSubstr("--config FILE"),
+                                   HasSubstr("--set NAME=VALUE"), HasSubstr("quillon shell")));
+    EXPECT_EQ(runTool({"set", "--config", file("camera.mcf")}).exitCode, 2);
+    const ToolResult absent = runTool({"set", "--config", file("new.mcf"), "FG_WIDTH=512"});
+    EXPECT_EQ(absent.exitCode, 3);
+    EXPECT_THAT(absent.errors, AllOf(HasSubstr("there is no configuration file"), HasSubstr("--create")));
+    EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("camera.mcf"));
+    EXPECT_EQ(runTool({"set", "--config", file("new.mcf"), "--create", "FG_WIDTH=512"}).exitCode, 0);
+    EXPECT_THAT(readText(mFolder / "new.mcf"), HasSubstr("\nFG_WIDTH=512;\n"));
+}
+
 }  // namespace tooltest

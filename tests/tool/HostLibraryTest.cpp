@@ -215,4 +215,47 @@ TEST_F(HostLibraryTest, TwoBoardsAcquireAtTheSameTime) {
 }
 
 }  // namespace
+TEST_F(HostLibraryTest, BufferOfAnEarlierPictureCountsAsOverwritten) {
+    const BufferSet buffers(mGrabber, windowBytes(), 4);
+    Acquisition acquisition(mGrabber, buffers, 6);
+    ASSERT_EQ(acquisition.waitFor(6, 10), 6);
+    EXPECT_TRUE(acquisition.isOverwritten(2));
+    EXPECT_FALSE(acquisition.isOverwritten(3));
+    EXPECT_TRUE(acquisition.isOverwritten(7));
+}
+
+TEST_F(HostLibraryTest, PictureLargerThanItsBufferStaysInside) {
+    const size_t whole = windowBytes();
+    const BufferSet buffers(mGrabber, whole / 2, 2);
+    Acquisition acquisition(mGrabber, buffers, 2);
+    ASSERT_EQ(acquisition.waitFor(2, 10), 2);
+    EXPECT_EQ(acquisition.frame(1).bytes.size(), whole / 2);
+}
+
+TEST_F(HostLibraryTest, FrameLoopTellsASilentCameraFromAStop) {
+    ASSERT_EQ(mGrabber.write(FG_TRIGGERMODE, 4), FG_OK);
+    ASSERT_EQ(mGrabber.write(FG_EXSYNCON, 1), FG_OK);
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    const auto never = [](const Frame&) { return false; };
+    const FrameLoopReport silent = acquireFrames(mGrabber, buffers, {.timeoutSeconds = 1}, never);
+    EXPECT_EQ(silent.end, FrameLoopEnd::TimedOut);
+    EXPECT_LT(silent.code, 0);
+
+    std::stop_source stop;
+    std::jthread stopper([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        stop.request_stop();
+    });
+    const FrameLoopPlan patient{.timeoutSeconds = 600};
+    EXPECT_EQ(acquireFrames(mGrabber, buffers, patient, never, stop.get_token()).end, FrameLoopEnd::Stopped);
+}
+
+TEST_F(HostLibraryTest, ParametersCanChangeAgainAfterAnAcquisitionWentOutOfScope) {
+    const BufferSet buffers(mGrabber, windowBytes(), 2);
+    std::optional<Acquisition> acquisition(std::in_place, mGrabber, buffers, 5);
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_ACQUISITION_RUNNING);
+    acquisition.reset();
+    EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_OK);
+}
+
 }  // namespace tooltest

@@ -159,4 +159,39 @@ TEST_F(RecordingFilesTest, HistogramSheetShowsThePictureAndItsCounts) {
 }
 
 }  // namespace
+TEST(SilenceTest, AnAcquisitionWithoutPicturesSaysWhatItWaitedFor) {
+    struct Case {
+        Arguments options;
+        std::vector<std::string> named;
+    };
+    for (const Case& c : {
+             Case{{"--trigger-mode", "async_trigger", "--set", "FG_TRIGGERINPOLARITY=1", "--set", "CCSEL0=CC_GND"},
+                  {"FG_TRIGGERMODE = ASYNC_TRIGGER (2)", "FG_TRIGGERINSRC = Input_0 (0)",
+                   "FG_TRIGGERINPOLARITY = Low (1)", "set FG_EXSYNCON=FG_ON", "no CC line carries ExSync"}                            },
+             Case{{"--trigger-mode", "4", "--set", "EXSYNCON=1", "--software-triggers", "2"},
+                  {"ASYNC_SOFTWARE_TRIGGER (4)", "software triggers", "FG_CCSEL0 = CC_EXSYNC (0)"}                                    },
+             Case{{},                                                                                               {"runs by itself"}},
+    }) {
+        Arguments arguments{"acquire", "--timeout", "1"};
+        arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+        const ToolResult result = runTool(arguments, {
+                                                         {"TAVO_SIM_LINK", "0"}
+        });
+        EXPECT_EQ(result.exitCode, 3);
+        EXPECT_THAT(result.errors, HasSubstr("camera link is closed"));
+        for (const std::string& text : c.named) EXPECT_THAT(result.errors, HasSubstr(text));
+        EXPECT_THAT(result.output, HasSubstr("1 time-out"));
+    }
+}
+
+TEST(SilenceTest, SoftwareTriggersAreCountedInTheJsonReport) {
+    const ToolResult result =
+        runTool({"acquire", "--trigger-mode", "4", "--set", "EXSYNCON=1", "--software-triggers", "3", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+    EXPECT_EQ(report["triggersSent"], 3);
+    EXPECT_TRUE(report.contains("triggersRepeated"));
+    EXPECT_FALSE(nlohmann::json::parse(runTool({"acquire", "--json"}).output).contains("triggersSent"));
+}
+
 }  // namespace tooltest

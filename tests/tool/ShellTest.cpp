@@ -97,4 +97,19 @@ TEST_F(ShellTest, SoftwareTriggersAreSentWhileTheAcquisitionRuns) {
     EXPECT_THAT(result.output, AllOf(HasSubstr("sent 5 of 5 software triggers"), HasSubstr("pictures    5 of 5")));
 }
 
+TEST_F(ShellTest, SignalsEndAScript) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        ToolProcess tool(toolPath(),
+                         {"shell", script("start --output " + (mFolder / "out/s%d.raw").string() + "\nsleep 60\n")});
+        for (int i = 0; i < 2000 && filesIn(mFolder / "out").size() < 4; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        tool.signal(signal);
+        const ToolResult result = tool.finish();
+        EXPECT_EQ(result.exitCode, 128 + signal);
+        EXPECT_THAT(result.output, AllOf(HasSubstr("1 stop:"), HasSubstr("lost        0")));
+        std::filesystem::remove_all(mFolder / "out");
+    }
+}
+
 }  // namespace tooltest
