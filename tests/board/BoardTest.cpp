@@ -1,3 +1,5 @@
+#include <fstream>
+#include <iterator>
 #include <thread>
 
 #include "board/BoardFixture.h"
@@ -23,6 +25,26 @@ TEST_F(BoardTest, AnswersNothingBeforeItIsConfigured) {
     EXPECT_EQ(board.configure(nullptr), kBadDesign);
     EXPECT_EQ(board.stopDma(0), 0);
     EXPECT_EQ(mBoard.readRegister(1, nullptr), kBadArgument);
+}
+
+TEST_F(BoardTest, ConfiguringEndsATransferAndRestoresTheRegisters) {
+    BufferSet& buffers = addBuffers(1);
+    ASSERT_EQ(startFlowing(-1), 0);
+    EXPECT_GE(buffers.wait(1, 20), 1);
+    EXPECT_EQ(mBoard.configure(&mDesign), 0);
+    EXPECT_FALSE(buffers.isRunning());
+    EXPECT_EQ(read(kGlobalWork), 0u);
+}
+
+TEST_F(BoardTest, CameraAndInputsKeepToPossibleRates) {
+    for (const double rate : {0.01, 100'000.0}) {
+        EXPECT_EQ(mBoard.setRate(rate).code, 0) << rate;
+        EXPECT_EQ(mBoard.setInputRate(5, rate).code, 0) << rate;
+    }
+    for (const double rate : {0.009, 100'001.0}) {
+        EXPECT_EQ(mBoard.setRate(rate).code, kBadSetting) << rate;
+        EXPECT_EQ(mBoard.setInputRate(5, rate).code, kBadSetting) << rate;
+    }
 }
 
 TEST_F(BoardTest, ValuesAreCutToTheWidthOfTheirRegister) {
@@ -176,6 +198,26 @@ TEST_F(BoardTest, TheLinkShowsOnEveryConnector) {
     EXPECT_EQ(mBoard.cameraStatus(4294967295u), 0);
     mBoard.setLink(false);
     EXPECT_EQ(mBoard.cameraStatus(1), 0);
+}
+
+TEST_F(EnvironmentTest, EveryBoardWritesATraceOfItsOwn) {
+    const TemporaryFolder folder;
+    folder.write("trace.3", "old\n");
+    const std::string path = (folder.path() / "trace").string();
+    setenv("TAVO_SIM_TRACE", path.c_str(), 1);
+    mSet.push_back("TAVO_SIM_TRACE");
+    EXPECT_EQ(mEnvironment.apply(mBoard, 3).code, 0);
+    write(kReset, 1);
+    std::ifstream file(path + ".3");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "write AAReset 1\n");
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(EnvironmentTest, RefusesTwoCameras) {
+    EXPECT_EQ(apply("TAVO_SIM_SCENE", "64x32").code, 0);
+    const Outcome outcome = apply("TAVO_SIM_CAMERA", QUILLON_SOURCE "/simulation/pictures");
+    EXPECT_EQ(outcome.code, kBadSetting);
+    EXPECT_THAT(outcome.text, HasSubstr("both set"));
 }
 
 }  // namespace

@@ -40,10 +40,12 @@ protected:
     std::string mWhy;
 };
 
-TEST_F(DesignImageTest, RefusesEveryTruncation) {
+TEST_F(DesignImageTest, KeepsEveryFactAndRefusesAnotherSize) {
     for (size_t length = 0; length < mImage.size(); ++length) {
         EXPECT_FALSE(parseImage(std::span(mImage).first(length), mWhy)) << length;
     }
+    EXPECT_EQ(parse(), smallDesign());
+    EXPECT_EQ(parseImage(encodeImage({1, {}, {}}, 0), mWhy), (Design{1, {}, {}}));
     mImage.push_back(0);
     EXPECT_FALSE(parse());
 }
@@ -65,6 +67,7 @@ TEST_F(DesignImageTest, RefusesFaultyFieldsUnderASoundChecksum) {
         {8,       2,          "version 2"         },
         {12,      601,        "should have 601"   },
         {20,      0xFFFFFFFF, "table lies outside"},
+        {24,      0,          "table lies outside"},
         {32,      601,        "table lies outside"},
         {40,      1,          "text lies outside" },
         {52,      1,          "reserved field"    },

@@ -122,4 +122,14 @@ TEST_F(DisturbanceTest, TagsAndTimeStampsWrap) {
     }
 }
 
+TEST_F(DisturbanceTest, TheStatusShowsTheGapOfTheLink) {
+    EXPECT_EQ(disturb().setLinkGap(0, 1e9).code, 0);
+    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "before the first transfer";
+    EXPECT_EQ(disturb().setLinkGap(100, 200).code, 0);
+    framesOf(9);
+    EXPECT_EQ(mBoard.cameraStatus(0), 7) << "90 ms after its start";
+    EXPECT_EQ(disturb().setLinkGap(90, 200).code, 0);
+    EXPECT_EQ(mBoard.cameraStatus(0), 0);
+}
+
 }  // namespace

@@ -164,4 +164,29 @@ TEST_F(DmaTest, WaitsForWhatCannotComeEndAtOnce) {
     EXPECT_EQ(buffers.wait(1, -1), kBadArgument);
 }
 
+TEST_F(DmaTest, APictureLargerThanItsBufferIsCut) {
+    BufferSet& buffers = addBuffers(1, 100);
+    ASSERT_EQ(startFlowing(1), 0);
+    EXPECT_EQ(buffers.wait(1, 20), 1);
+    EXPECT_EQ(buffers.ofPicture(1)->length, 100u);
+    ASSERT_EQ(mBoard.startDma({0, 0, 40, 16, 1}, mBuffers).code, 0);
+    EXPECT_EQ(buffers.wait(1, 20), 1);
+    EXPECT_EQ(buffers.ofPicture(1)->length, 40u) << "the transfer's own length";
+}
+
+TEST_F(DmaTest, BuffersMayGoWhileATransferRuns) {
+    BufferSet& buffers = addBuffers(2);
+    EXPECT_EQ(buffers.add(0, mMemory[0]), kBadArgument) << "taken";
+    EXPECT_EQ(mBoard.createBuffers(100, 0), nullptr);
+    ASSERT_EQ(startFlowing(-1), 0);
+    EXPECT_GE(buffers.wait(3, 20), 3);
+    EXPECT_EQ(buffers.remove(0), 0);
+    std::vector<uint8_t>().swap(mMemory[0]);
+    while (mBoard.statistics().lost == 0) std::this_thread::yield();
+    const auto kept = mBoard.buffers(mBuffers);
+    EXPECT_EQ(mBoard.freeBuffers(mBuffers), 0);
+    EXPECT_FALSE(kept->isRunning());
+    EXPECT_EQ(mBoard.freeBuffers(mBuffers), kBadArgument);
+}
+
 }  // namespace

@@ -97,6 +97,52 @@ TEST_F(FrameTimingTest, LooksAheadToTheVeryFrameThatComes) {
     EXPECT_EQ(mTiming.nextFrame(), us(6177));
 }
 
+TEST_F(FrameTimingTest, ALineThatDoesNotCarryThePulsesTriggersNothing) {
+    struct Row {
+        CcLine line;
+        int64_t exposureUs;  // 0 = no frames
+    };
+    constexpr std::array kRows{
+        Row{{0, false}, 400},
+        Row{{0, true},  600}, // the camera exposes between the pulses
+        Row{{2, false}, 300},
+        Row{{1, false}, 0  },
+        Row{{4, true},  0  },
+    };
+    mSettings.camera.readout = us(100);
+    mSettings.trigger.flashIsOn = true;
+    mSettings.trigger.flash.width = us(300);
+    int64_t now = 0;
+    for (const auto& [line, exposureUs] : kRows) {
+        SCOPED_TRACE(testing::Message() << line.source << line.isInverted);
+        mSettings.line = line;
+        generate(1000, 400);
+        std::ignore = framesUntil(now += 5000);
+        const auto frames = framesUntil(now += 5000);
+        ASSERT_EQ(frames.size(), exposureUs == 0 ? 0U : 5U);
+        for (const CompletedFrame& frame : frames) EXPECT_EQ(frame.exposure, us(exposureUs));
+    }
+}
+
+TEST_F(FrameTimingTest, SwitchingBetweenFreeAndTriggeredStartsAfresh) {
+    mSettings.camera.isTriggered = false;
+    mTiming.apply(mSettings);
+    EXPECT_THAT(ordinals(framesUntil(25'000)), ElementsAre(1, 2));
+    mTiming.pulse(0);
+    std::ignore = framesUntil(25'050);
+    mSettings.camera.isTriggered = true;
+    mTiming.apply(mSettings);
+    EXPECT_THAT(framesUntil(40'000), IsEmpty()) << "a pulse of which it did not see the beginning";
+    mTiming.pulse(0);
+    std::ignore = framesUntil(40'500);
+    mSettings.camera.isTriggered = false;
+    mTiming.apply(mSettings);
+    const auto frames = framesUntil(51'000);
+    ASSERT_EQ(frames.size(), 2U);
+    EXPECT_EQ(frames[0].time, us(41'100)) << "the readout goes on";
+    EXPECT_EQ(frames[1].time, us(50'500));
+}
+
 TEST(ExposureCurveTest, ShadesAreInProportionToTheExposure) {
     ExposureCurve curve;
     const auto shades = [&](int64_t exposureUs) {

@@ -30,4 +30,15 @@ TEST_F(ImageSelectionTest, OneFrameOfEveryPeriodArrives) {
     EXPECT_EQ(mBoard.statistics().lost, 0u);
 }
 
+TEST_F(ImageSelectionTest, NothingArrivesFromBeyondThePeriod) {
+    set("AAImgSelectPeriod", 1);
+    set("AAImgSelect", 2);
+    BufferSet& buffers = addBuffers(1);
+    ASSERT_EQ(start(1), 0);
+    EXPECT_EQ(buffers.wait(1, 0), kTimeOut);
+    set("AAImgSelectPeriod", 2);
+    EXPECT_EQ(buffers.wait(1, 20), 1);
+    EXPECT_EQ(buffers.ofPicture(1)->frame, 3u) << "time stood still";
+}
+
 }  // namespace

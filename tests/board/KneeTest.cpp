@@ -37,6 +37,17 @@ TEST(KneeTableTest, EveryShadeTakesItsPlaceOnTheCurve) {
     EXPECT_TRUE(table.curve().isIdentity()) << "loaded again";
 }
 
+TEST(KneeTableTest, ASegmentIsALineThatReachesNoOtherSegment) {
+    KneeTable table;
+    // Shade 51 lies 0.8 into segment 204, where 0.8 * 20000 makes 16000 or shade 62.26; shade 255 ends the last one.
+    table.load({0, 20000, 204, 1});
+    table.load({65535, 32768, 1023, 1});
+    for (int shade = 0; shade < 256; ++shade) {
+        const int expected = shade == 51 ? 62 : shade == 255 ? 128 : shade;
+        EXPECT_EQ(table.curve()[static_cast<uint8_t>(shade)], expected) << shade;
+    }
+}
+
 TEST(KneeTableTest, OnlyTheStrobeOfTheGrayTableLoads) {
     KneeTable table;
     for (const uint64_t strobe : {0u, 2u, 4u, 8u, 14u}) load(table, fallingLine, strobe);
@@ -95,6 +106,14 @@ TEST_F(KneeTest, PicturesShowTheLoadedCurveUntilTheNextConfiguration) {
     set("AAglobal_work", 1);
     set("AACamPortEnable", 1);
     EXPECT_EQ(acquire(), plain);
+}
+
+TEST_F(KneeTest, TheBlackBeyondTheSensorPassesTheTable) {
+    load(fallingLine);
+    set("AAAreaHeight", 33);
+    addBuffers(1, 64 * 34);
+    const std::vector<uint8_t> picture = acquire();
+    EXPECT_THAT(std::span(picture).last(128), testing::Each(255));
 }
 
 }  // namespace

@@ -109,6 +109,12 @@ TEST_F(ReadoutTest, RefusesWhatCannotBeReadOut) {
     EXPECT_THAT(narrow.text, AllOf(HasSubstr("SMODE_TAB8_0"), HasSubstr("72"), HasSubstr("multiple of 16")));
     setSorter(kRows[2].registers);
     EXPECT_EQ(acquire(), scene()) << "a refusal changes nothing";
+    ASSERT_EQ(mBoard.setGeometry(0).code, 0);
+    EXPECT_NE(acquire(), scene()) << "the camera has changed, the sorter has not";
+    ASSERT_EQ(mBoard.setScene({72, 32}).code, 0);
+    EXPECT_EQ(mBoard.setGeometry(30).code, kBadSetting);
+    ASSERT_EQ(start(-1), 0);
+    EXPECT_EQ(mBoard.setGeometry(0).code, kBusy);
 }
 
 }  // namespace

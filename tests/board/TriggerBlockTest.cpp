@@ -209,6 +209,39 @@ TEST_F(TriggerBlockTest, ThePulseLimitStopsAfterItsCount) {
     }
     EXPECT_EQ(mBlock.pulses(), 9U);
     EXPECT_EQ(mBlock.ignored(), 2U);
+    set("AATrgArea_SwTrgQueueEnable", 1);
+    enqueue(5);
+    runTo(300'000);
+    EXPECT_EQ(mBlock.queued(), 5U) << "they wait";
+    mBlock.rearm(mNow);
+    runTo(400'000);
+    EXPECT_EQ(mBlock.queued(), 2U);
+}
+
+TEST_F(TriggerBlockTest, WritingTheLimitAgainDoesNotDisturbTheGenerator) {
+    switchOn(0);
+    runTo(1500);
+    mBlock.rearm(mNow);
+    EXPECT_THAT(runTo(3500), ElementsAre(2000, 3000));
+}
+
+TEST_F(TriggerBlockTest, ADelayLongerThanThePeriodMovesAllPulses) {
+    set("AATrgArea_ExSyncDelay", 250);
+    switchOn(0);
+    EXPECT_THAT(runTo(5000), ElementsAre(2500, 3500, 4500));
+    set("AATrgArea_ExSyncDelay", 0);
+    EXPECT_THAT(runTo(7000), ElementsAre(6000, 7000)) << "the one that was overdue came at once, in the pulse before";
+}
+
+TEST_F(TriggerBlockTest, ExtremeRegistersGiveDefinedTimes) {
+    mValues.fill(0);
+    const TriggerSettings settings = TriggerSettings::of(mValues);
+    EXPECT_EQ(settings.unit, BoardTime(15 * 16)) << "the low phase alone takes 15 clocks";
+    set("AATrgArea_ExSyncLow", 5);
+    set("AATrgArea_ExSyncOn", 1);
+    runTo(1);
+    EXPECT_FALSE(mBlock.exSync().level) << "an exposure longer than the period never ends";
+    EXPECT_EQ(mBlock.exSync().rising, 1U) << "the inactive level at first";
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ TEST_F(TriggeredBoardTest, TwoHundredFramesKeepTheProgrammedPeriod) {
     switchOn(0);
     ASSERT_EQ(start(200), 0);
     EXPECT_EQ(buffers.wait(200, 20), 200);
+    EXPECT_EQ(buffers.ofPicture(1)->stamp.count(), 4'003'011) << "the exposure and the readout";
     for (int32_t picture = 2; picture <= 200; ++picture) {
         EXPECT_EQ(gapNs(picture), 33'330'000) << picture;
         EXPECT_EQ(buffers.ofPicture(picture)->frame, static_cast<uint64_t>(picture));
@@ -59,6 +60,9 @@ TEST_F(TriggeredBoardTest, MissedTriggersShowAsGapsInTheTags) {
     }
     EXPECT_EQ(mBoard.statistics().missed, 4U) << "one during the last readout";
     EXPECT_EQ(mBoard.statistics().lost, 0U);
+    ASSERT_EQ(start(1), 0);
+    EXPECT_EQ(mBoard.statistics().missed, 0U) << "each transfer counts its own";
+    EXPECT_EQ(mBoard.stopDma(0), 0);
 }
 
 TEST_F(TriggeredBoardTest, EverySoftwareTriggerBringsAPicture) {
@@ -139,6 +143,36 @@ TEST_F(TriggeredBoardTest, InputsTriggerFromTheBench) {
     EXPECT_EQ(mBoard.setInputRate(5, 0).code, 0);
     ASSERT_EQ(start(1), 0);
     EXPECT_EQ(buffers.wait(1, 0), kTimeOut);
+}
+
+TEST_F(TriggeredBoardTest, PollingWithoutATransferComesToAnEnd) {
+    set("AATrg_ImgSwEnable", 1);
+    switchOn(1);
+    softwareTrigger();
+    int polls = 0;
+    while (status("AATrg_ImgBusy") == 1) ASSERT_LT(++polls, 100);
+    EXPECT_GT(polls, 10) << "a host that looks a few times does not move time";
+    // A transfer that brings nothing does not lead time on, either.
+    addBuffers(1);
+    ASSERT_EQ(start(-1), 0);
+    set("AAglobal_work", 0);
+    set("AATrg_ImgSwEnable", 0);
+    set("AATrgArea_SwTrgQueueEnable", 1);
+    set("AATrgArea_SwTrgQueueTriggers", 20);
+    for (int left = 1'000'000; status("AATrgArea_SwTrgQueueFillLevel") > 0; --left) {
+        ASSERT_GT(left, 0);
+        std::this_thread::yield();
+    }
+}
+
+TEST_F(TriggeredBoardTest, TheExposureSetsTheBrightness) {
+    const std::vector<uint8_t> free = acquire();
+    set("AATrgArea_ExSyncHigh", 1999);
+    switchOn(0);
+    EXPECT_EQ(acquire(), free) << "4000 us show the scene as it is";
+    set("AATrgArea_ExSyncLow", 99);
+    const std::vector<uint8_t> dark = acquire();
+    for (size_t i = 0; i < free.size(); ++i) ASSERT_EQ(dark[i], (free[i] + 2) / 4) << i;
 }
 
 }  // namespace
