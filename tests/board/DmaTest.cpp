@@ -189,4 +189,18 @@ TEST_F(DmaTest, BuffersMayGoWhileATransferRuns) {
     EXPECT_EQ(mBoard.freeBuffers(mBuffers), kBadArgument);
 }
 
+TEST_F(DmaTest, BufferMemoryIsChecked) {
+    EXPECT_EQ(mBoard.createBuffers(0, 1), nullptr);
+    EXPECT_EQ(mBoard.createBuffers(100, 0), nullptr);
+    EXPECT_EQ(mBoard.createBuffers(100, -1), nullptr);
+    EXPECT_EQ(mBoard.createBuffers(100, 2147483647), nullptr);
+    BufferSet& buffers = addBuffers(2);
+    EXPECT_EQ(buffers.add(0, mMemory[0]), kBadArgument) << "taken";
+    EXPECT_EQ(buffers.add(2, mMemory[0]), kBadArgument);
+    EXPECT_EQ(buffers.add(-1, mMemory[0]), kBadArgument);
+    EXPECT_EQ(buffers.remove(1), 0);
+    EXPECT_EQ(buffers.remove(1), kBadArgument);
+    EXPECT_EQ(buffers.add(1, {}), kBadArgument) << "no bytes";
+}
+
 }  // namespace
