@@ -106,7 +106,7 @@ TEST_F(GeneratorTest, ADisabledCameraPortStopsTheCamera) {
     set("AACamPortEnable", 0);
     BufferSet& buffers = addBuffers(1);
     ASSERT_EQ(start(1), 0);
-    EXPECT_EQ(buffers.wait(1, 0), kTimeOut);
+    EXPECT_EQ(buffers.wait(1, 1), kTimeOut);
     EXPECT_EQ(mBoard.cameraStatus(0), 7) << "the link is up all the same";
     set("AACamPortEnable", 1);
     EXPECT_EQ(buffers.wait(1, 20), 1);

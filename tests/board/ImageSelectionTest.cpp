@@ -35,7 +35,7 @@ TEST_F(ImageSelectionTest, NothingArrivesFromBeyondThePeriod) {
     set("AAImgSelect", 2);
     BufferSet& buffers = addBuffers(1);
     ASSERT_EQ(start(1), 0);
-    EXPECT_EQ(buffers.wait(1, 0), kTimeOut);
+    EXPECT_EQ(buffers.wait(1, 1), kTimeOut);
     set("AAImgSelectPeriod", 2);
     EXPECT_EQ(buffers.wait(1, 20), 1);
     EXPECT_EQ(buffers.ofPicture(1)->frame, 3u) << "time stood still";

@@ -113,6 +113,9 @@ TEST_F(ReadoutTest, RefusesWhatCannotBeReadOut) {
     EXPECT_NE(acquire(), scene()) << "the camera has changed, the sorter has not";
     ASSERT_EQ(mBoard.setScene({72, 32}).code, 0);
     EXPECT_EQ(mBoard.setGeometry(30).code, kBadSetting);
+    const std::vector<uint8_t> picture = acquire();
+    setSorter(kRows[0].registers);
+    EXPECT_EQ(picture, acquire()) << "such a width is not sorted";
     ASSERT_EQ(start(-1), 0);
     EXPECT_EQ(mBoard.setGeometry(0).code, kBusy);
 }

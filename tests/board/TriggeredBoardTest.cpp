@@ -61,8 +61,8 @@ TEST_F(TriggeredBoardTest, MissedTriggersShowAsGapsInTheTags) {
     EXPECT_EQ(mBoard.statistics().missed, 4U) << "one during the last readout";
     EXPECT_EQ(mBoard.statistics().lost, 0U);
     ASSERT_EQ(start(1), 0);
-    EXPECT_EQ(mBoard.statistics().missed, 0U) << "each transfer counts its own";
-    EXPECT_EQ(mBoard.stopDma(0), 0);
+    EXPECT_EQ(buffers.wait(1, 20), 1);
+    EXPECT_LE(mBoard.statistics().missed, 2U) << "each transfer counts its own";
 }
 
 TEST_F(TriggeredBoardTest, EverySoftwareTriggerBringsAPicture) {
