@@ -176,8 +176,6 @@ TEST_F(DmaTest, APictureLargerThanItsBufferIsCut) {
 
 TEST_F(DmaTest, BuffersMayGoWhileATransferRuns) {
     BufferSet& buffers = addBuffers(2);
-    EXPECT_EQ(buffers.add(0, mMemory[0]), kBadArgument) << "taken";
-    EXPECT_EQ(mBoard.createBuffers(100, 0), nullptr);
     ASSERT_EQ(startFlowing(-1), 0);
     EXPECT_GE(buffers.wait(3, 20), 3);
     EXPECT_EQ(buffers.remove(0), 0);
