@@ -14,8 +14,6 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr const char* kShippedPictures = QUILLON_SOURCE "/simulation/pictures";
-
 class PictureFolderTest : public testing::Test {
 protected:
     std::unique_ptr<PictureFolder> open() { return PictureFolder::open(mFolder.path(), mWhy); }
@@ -76,7 +74,7 @@ TEST_F(PictureFolderTest, TurnsColoursIntoBrightness) {
 #else
 
 TEST_F(PictureFolderTest, SaysThatThisBuildReadsNoPng) {
-    EXPECT_EQ(PictureFolder::open(kShippedPictures, mWhy), nullptr);
+    EXPECT_EQ(PictureFolder::open(QUILLON_SOURCE "/simulation/pictures", mWhy), nullptr);
     EXPECT_THAT(mWhy, HasSubstr("this build reads no PNG pictures"));
 }
 
