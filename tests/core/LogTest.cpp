@@ -17,6 +17,7 @@ public:
         std::free(mText);
     }
     void open() { mHandleToFile = open_memstream(&mText, &mSize); }
+    bool isOpen() const { return mHandleToFile != nullptr; }
     /// \return what has reached the stream, without a flush of the test's own
     std::string text() const { return mText == nullptr ? std::string() : std::string(mText, mSize); }
 
@@ -24,6 +25,28 @@ private:
     char* mText = nullptr;
     size_t mSize = 0;
 };
+
+void writeEverything(OpenableLog& log) {
+    log.Func("Fg_StdMaster::Fg_Acquire");
+    log.Info("nothing");
+    log.Info("Port", -3);
+    log.Error("Config File is Invalid");
+    log.ErrorInt("a", "b", 7);
+    log.ErrorDouble("a", "b", 0.1);
+    log.UsrDbg("%s=%d", "x", 5);
+    log.WriteWelcome();
+}
+
+TEST(LogTest, ClosedLogWritesNothing) {
+    OpenableLog log;
+    writeEverything(log);
+    log.OpenLogFile("a_name_that_is_not_used.log");
+    EXPECT_FALSE(log.isOpen());
+    writeEverything(log);
+    log.CloseLogFile();
+    EXPECT_EQ(log.text(), "");
+    EXPECT_EQ(std::fopen("a_name_that_is_not_used.log", "r"), nullptr);
+}
 
 TEST(LogTest, LinesHaveTheirFormatAndAreFlushed) {
     OpenableLog log;

@@ -101,4 +101,34 @@ TEST_F(LutFileTest, NumbersDoNotFollowTheLocale) {
     EXPECT_THAT(readKnee(path, "[gray]", 1), ElementsAre(0.5));
 }
 
+TEST_F(LutFileTest, WritesAndReadsThreeKneeTables) {
+    std::vector<double> r{0.0, 1.0}, g{0.5, 0.75}, b{0.125, 2.0};
+    const KneeLookupTable_s red = knee(r), green = knee(g), blue = knee(b);
+    const std::string path = files.path("c.lut");
+    EXPECT_EQ(parser.saveLutToFile(path.c_str(), &red, &green, &blue), 0);
+    EXPECT_EQ(files.content("c.lut"),
+              "# KneeLut data file v1.1\n\n[red]\n\n0,0.000000000000;\n1,1.000000000000;\n\n\n[green]\n\n"
+              "0,0.500000000000;\n1,0.750000000000;\n\n\n[blue]\n\n0,0.125000000000;\n1,2.000000000000;\n");
+    EXPECT_THAT(readKnee(path, "[red]", 2), ElementsAre(0.0, 1.0));
+    EXPECT_THAT(readKnee(path, "[green]", 2), ElementsAre(0.5, 0.75));
+    EXPECT_THAT(readKnee(path, "[blue]", 2), ElementsAre(0.125, 2.0));
+    // Nothing ends a section: with a point too many, the search goes on to the end of the file.
+    EXPECT_THAT(readKnee(path, "[red]", 3), ElementsAre(0.0, 1.0, 0.0));
+}
+
+TEST_F(LutFileTest, IntegerArraysKeepTheirBounds) {
+    const int values[] = {3, -4};
+    const std::string path = files.path("matrix.txt");
+    EXPECT_EQ(parser.saveMatrixToFile(path.c_str(), "head\n", values, 2), 0);
+    EXPECT_EQ(files.content("matrix.txt"), "head\nnrOfElements=2;\n0,3;\n1,-4;\n");
+    std::vector<int> read(2, 9);
+    EXPECT_EQ(parser.getMatrixFromFile(path.c_str(), read.data(), 1), FG_ERROR);
+    EXPECT_THAT(read, ElementsAre(9, 9));
+    EXPECT_EQ(parser.getMatrixFromFile(path.c_str(), read.data(), 2), 0);
+    EXPECT_THAT(read, ElementsAre(3, -4));
+    const std::string negative = files.make("negative", "nrOfElements=-5;\n0,1;\n");
+    EXPECT_EQ(parser.getMatrixFromFile(negative.c_str(), read.data(), 2), 0);
+    EXPECT_THAT(read, ElementsAre(3, -4));
+}
+
 }  // namespace

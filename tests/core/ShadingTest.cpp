@@ -34,4 +34,38 @@ TEST_F(ShadingTest, ExportedFunctionsReachTheObjectOfTheShadingModule) {
     EXPECT_EQ(Fg_FreeShading(handle(), nullptr), 0);
 }
 
+TEST(ShadingMasterTest, WidthGrowsWithTheHighestIndexAndInitForgets) {
+    ShadingMaster data(0, 0, 4, 2);
+    EXPECT_EQ(data.setValueSub(2, 9, 0.5F), 0);
+    EXPECT_EQ(data.getWidth(), 3U);
+    EXPECT_EQ(data.setValueMult(0, 9, 2.0F), 0);
+    EXPECT_EQ(data.getWidth(), 3U);
+    EXPECT_EQ(data.setValueFPN(3, 9, true), 0);
+    EXPECT_EQ(data.getWidth(), 4U);
+    EXPECT_EQ(data.dataSubArray()[2], 0.5F);
+    EXPECT_EQ(data.dataMultArray()[0], 2.0F);
+    data.setId(8);
+    data.init();
+    EXPECT_EQ(data.getWidth(), 0U);
+    EXPECT_EQ(data.getId(), 8U);
+    for (unsigned i = 0; i < 4; ++i) {
+        EXPECT_EQ(data.getValueSub(i, 0), 0.0F);
+        EXPECT_EQ(data.getValueMult(i, 0), 1.0F);
+        EXPECT_FALSE(data.getValueFPN(i, 0));
+    }
+}
+
+TEST(ShadingMasterTest, IndexBeyondTheWidthIsRefused) {
+    ShadingMaster data(0, 0, 4, 2);
+    for (const unsigned index : {4U, 5U, 4294967295U}) {
+        EXPECT_EQ(data.setValueSub(index, 0, 1.0F), -2070);
+        EXPECT_EQ(data.setValueMult(index, 0, 1.0F), -2070);
+        EXPECT_EQ(data.setValueFPN(index, 0, true), -2070);
+        EXPECT_EQ(data.getValueSub(index, 0), -1.0F);
+        EXPECT_EQ(data.getValueMult(index, 0), -1.0F);
+        EXPECT_FALSE(data.getValueFPN(index, 0));
+    }
+    EXPECT_EQ(data.getWidth(), 0U);
+}
+
 }  // namespace

@@ -141,12 +141,11 @@ TEST_F(AcquireTest, CountsDroppedFramesAcrossTheWrapOfTagsAndTimeStamps) {
 }
 
 TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
-    // A limit on the size of a file fails a write in its middle, as a full disk does.
     const std::string camera = textures(1, 256, 256);
     for (const std::string ending : {"pgm", "png"}) {
         const ToolResult result =
-            runShell("ulimit -f 8; exec \"$1\" acquire -n 3 --camera " + camera +
-                     " --set WIDTH=256 HEIGHT=256 --output " + (mFolder / ("out/p%d." + ending)).string());
+            runOnFullDisk(8, "acquire -n 3 --camera " + camera + " --set WIDTH=256 HEIGHT=256 --output " +
+                                 (mFolder / ("out/p%d." + ending)).string());
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("p1." + ending), HasSubstr("File too large")));
         EXPECT_THAT(outputs(), IsEmpty());

@@ -163,8 +163,7 @@ TEST_F(ConfigurationTest, FullDiskLeavesTheFormerFile) {
          {"save " + file("camera.mcf") + " --set FG_WIDTH=512", "set --config " + file("camera.mcf") + " FG_WIDTH=512",
           "lut save " + file("curve.lut"), "xml --output " + file("parameters.xml")}) {
         SCOPED_TRACE(command);
-        // A limit on the size of a file fails a write in its middle, as a full disk does.
-        const ToolResult result = runShell("ulimit -f 8; exec \"$1\" " + command);
+        const ToolResult result = runOnFullDisk(8, command);
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("quillon: cannot "), HasSubstr(mFolder.path().string())));
     }

@@ -81,14 +81,13 @@ TEST_F(RecordingFilesTest, TiffAndRawFilesHoldEveryPicture) {
 }
 
 TEST_F(RecordingFilesTest, FullDiskKeepsTheWholePagesThatFitted) {
-    // A limit on the size of a file, in blocks of 512 bytes, fails a write in its middle, as a full disk does.
     for (const std::string ending : {"tif", "raw"}) {
         SCOPED_TRACE(ending);
         const std::string file = (mFolder / ("all." + ending)).string();
-        const ToolResult result =
-            runShell("ulimit -f 40; exec \"$1\" acquire -n 20 --camera " + (mFolder / "camera").string() +
-                         " --set WIDTH=96 HEIGHT=65 --output " + file,
-                     kFast);
+        const ToolResult result = runOnFullDisk(
+            40,
+            "acquire -n 20 --camera " + (mFolder / "camera").string() + " --set WIDTH=96 HEIGHT=65 --output " + file,
+            kFast);
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("all." + ending), HasSubstr("File too large")));
         EXPECT_THAT(result.output, HasSubstr("pictures    3 of 20"));

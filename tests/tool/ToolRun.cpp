@@ -111,6 +111,11 @@ ToolResult runShell(const std::string& command, const Environment& environment) 
     return ToolProcess("/bin/sh", {"-c", command, "sh", toolPath()}, environment).finish();
 }
 
+ToolResult runOnFullDisk(int blocks, const std::string& words, Environment environment) {
+    environment["LLVM_PROFILE_FILE"] = "/dev/null";
+    return runShell("ulimit -f " + std::to_string(blocks) + "; exec \"$1\" " + words, environment);
+}
+
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "quillon-test-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");

@@ -43,6 +43,9 @@ std::string toolPath();
 ToolResult runTool(const Arguments& arguments, const Environment& environment = {});
 /// Runs a shell command line in which "$1" is the staged tool.
 ToolResult runShell(const std::string& command, const Environment& environment = {});
+/// Runs the staged tool with \p words where no file may have more than \p blocks of 512 bytes: a write fails in its
+/// middle then, as on a full disk. What is measured of the tool goes nowhere, so that it does not end up cut.
+ToolResult runOnFullDisk(int blocks, const std::string& words, Environment environment = {});
 
 /// A folder of the test's own that goes with it.
 class TemporaryFolder {
