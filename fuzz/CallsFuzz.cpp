@@ -1,24 +1,34 @@
-// Any sequence of exported calls on one grabber: any function, port, identifier, type tag and value. What an input
-// means is read from its bytes in order; after the last byte everything is 0.
+// Any sequence of exported calls: any function, port, identifier, type tag and value. What an input means is read from
+// its bytes in order; after the last byte everything is 0.
+//
+// A grabber stays open for many inputs, as opening takes longer than all calls of one. What it has been through stands
+// in the file that QUILLON_FUZZ_HISTORY names, as one input: a finding that its own input does not repeat is repeated
+// by that file.
 #include <algorithm>
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "StandardApplets/grabber_basis/TextFile.h"
 #include "fabrix/applet.h"
 #include "fuzz/Scratch.h"
 #include "tests/faults/FaultyRuntime.h"
 
 namespace {
 
-constexpr int kMostCalls = 48;
+constexpr int kInputsPerGrabber = 256;
 constexpr size_t kValueBytes = 2048;  // more than any read writes
 constexpr std::array kPorts{0, 1, -1, 2, 2147483647, 0, 0, 1};
 
 class Bytes {
 public:
+    Bytes() = default;
     Bytes(const uint8_t* data, size_t size) : mNext(data), mLeft(size) {}
     [[nodiscard]] bool isEmpty() const { return mLeft == 0; }
+    /// Zeros that have been taken after the last byte.
+    [[nodiscard]] size_t zerosTaken() const { return mZerosTaken; }
     template <class Number>
     Number take() {
         Number number{};
@@ -26,23 +36,49 @@ public:
         if (count > 0) std::memcpy(&number, mNext, count);
         mNext += count;
         mLeft -= count;
+        mZerosTaken += sizeof number - count;
         return number;
     }
 
 private:
-    const uint8_t* mNext;
-    size_t mLeft;
+    const uint8_t* mNext = nullptr;
+    size_t mLeft = 0;
+    size_t mZerosTaken = 0;
+};
+
+/// The inputs of one grabber, one after another as a single input.
+class History {
+public:
+    void restart() {
+        const char* const path = std::getenv("QUILLON_FUZZ_HISTORY");
+        mFile.reset(path == nullptr ? nullptr : std::fopen(path, "wb"));
+        expect(path == nullptr || mFile != nullptr, "the history can be written");
+    }
+    void add(const uint8_t* data, size_t size) {
+        if (mFile == nullptr) return;
+        std::fwrite(data, 1, size, mFile.get());
+        std::fflush(mFile.get());
+    }
+
+private:
+    UniqueFile mFile;
 };
 
 class Host {
 public:
-    explicit Host(Bytes bytes) : mBytes(bytes) { open(); }
+    Host() { open(); }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
     ~Host() { Fg_FreeGrabber(&mGrabber); }
 
-    void run() {
-        for (int i = 0; i < kMostCalls && !mBytes.isEmpty(); ++i) call();
+    /// Makes the calls of one input.
+    void run(const uint8_t* data, size_t size) {
+        if (++mInputs % kInputsPerGrabber == 0) reopen();
+        mHistory.add(data, size);
+        mBytes = Bytes(data, size);
+        while (!mBytes.isEmpty()) call();
+        const std::string zeros(mBytes.zerosTaken(), '\0');
+        mHistory.add(reinterpret_cast<const uint8_t*>(zeros.data()), zeros.size());
     }
 
 private:
@@ -52,6 +88,8 @@ private:
         int err = -1;
         mGrabber.Master = Std_entry(FaultyRuntime::device(), &err, 0);
         expect(err == 0 && mGrabber.Master != nullptr, "the grabber opens");
+        std::remove("calls.mcf");
+        mHistory.restart();
     }
     int port() { return kPorts[mBytes.take<uint8_t>() % kPorts.size()]; }
     /// A known parameter, or, one time in eight, any number; the selectors of reads in the two top bits.
@@ -127,7 +165,21 @@ private:
         Fg_getLastPicNumberBlockingEx(&mGrabber, mBytes.take<frameindex_t>(), port(), 0, memory());
     }
     void save() { Fg_saveConfig(&mGrabber, "calls.mcf"); }
-    void load() { Fg_loadConfig(&mGrabber, "calls.mcf"); }
+    /// Loads what a save left, or up to four values of a file, which no limit holds back.
+    void load() {
+        const auto values = mBytes.take<uint8_t>() % 5;
+        std::string lines =
+            "[Kamerasektion]\nHersteller='Generic-CameraLink';\nTyp='Quillon8';\nAktivePort=" + std::to_string(port()) +
+            ";\n[Port A]\n";
+        for (int i = 0; i < values; ++i) {
+            const char* const name = Fg_getParameterName(&mGrabber, mBytes.take<uint8_t>());
+            const auto value = mBytes.take<uint8_t>() % 2 == 0 ? std::to_string(mBytes.take<int>())
+                                                               : std::to_string(mBytes.take<double>());
+            if (name != nullptr) lines += std::string(name) + "=" + value + ";\n";
+        }
+        if (values > 0) Scratch::write("calls.mcf", reinterpret_cast<const uint8_t*>(lines.data()), lines.size());
+        Fg_loadConfig(&mGrabber, "calls.mcf");
+    }
     void info() {
         int answer = 0;
         std::array<const void*, 1> text{};
@@ -140,9 +192,11 @@ private:
         ShadingMaster* const shading = Fg_AllocShading(&mGrabber, mBytes.take<int>(), port());
         Fg_FreeShading(&mGrabber, shading);
     }
+    /// Ends the input as well: the next one begins the history.
     void reopen() {
         Fg_FreeGrabber(&mGrabber);
         open();
+        mBytes = {};
     }
     void error() {
         Fg_getLastErrorNumber(&mGrabber);
@@ -150,22 +204,26 @@ private:
     }
 
     void call() {
-        constexpr std::array<Call, 20> kCalls{
-            &Host::write,    &Host::write, &Host::write, &Host::write,    &Host::read,  &Host::read,   &Host::read,
-            &Host::names,    &Host::tree,  &Host::start, &Host::stop,     &Host::start, &Host::stop,   &Host::status,
-            &Host::pictures, &Host::save,  &Host::load,  &Host::document, &Host::info,  &Host::shading};
+        constexpr std::array<Call, 10> kCalls{&Host::write, &Host::read, &Host::write, &Host::read,     &Host::names,
+                                              &Host::start, &Host::stop, &Host::info,  &Host::pictures, &Host::status};
+        // They take as long as hundreds of the others, so two bytes must agree on them.
+        constexpr std::array<Call, 6> kSlowCalls{&Host::tree, &Host::document, &Host::save,
+                                                 &Host::load, &Host::shading,  &Host::reopen};
+        constexpr uint8_t kFirstSlow = 200;
         const auto choice = mBytes.take<uint8_t>();
-        if (choice == 255) {
-            reopen();
-        } else if (choice == 254) {
-            error();
-        } else {
+        if (choice < kFirstSlow) {
             (this->*kCalls[choice % kCalls.size()])();
+        } else if (mBytes.take<uint8_t>() == choice / 2) {
+            (this->*kSlowCalls[choice % kSlowCalls.size()])();
+        } else {
+            error();
         }
     }
 
     Bytes mBytes;
     Fg_Struct mGrabber{};
+    History mHistory;
+    int mInputs = 0;
     alignas(double) std::array<char, kValueBytes> mValue{};
     std::array<double, 1025> mCurve{};
 };
@@ -174,7 +232,8 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static FaultyRuntime runtime;
-    Host(Bytes(data, size)).run();
-    expect(runtime.designsOpen() == 0, "every design is unloaded");
+    static Host host;
+    host.run(data, size);
+    expect(runtime.designsOpen() == 1, "every other design is unloaded");
     return 0;
 }

@@ -1,6 +1,6 @@
 // Design images of any content. An odd first byte lets size and checksum be put right, so that the tables behind them
 // are reached.
-#include <cstring>
+#include <zlib.h>
 
 #include "fuzz/Scratch.h"
 #include "simulation/design/DesignImage.h"
@@ -10,15 +10,6 @@ namespace {
 constexpr size_t kHeader = 64;
 constexpr size_t kSizeField = 12;
 constexpr size_t kChecksumField = 44;
-
-uint32_t crc32(const std::vector<uint8_t>& bytes) {
-    uint32_t crc = ~0u;
-    for (const uint8_t byte : bytes) {
-        crc ^= byte;
-        for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320u : 0u);
-    }
-    return ~crc;
-}
 
 void put(std::vector<uint8_t>& image, size_t at, uint32_t value) {
     for (size_t i = 0; i < 4; ++i) image[at + i] = static_cast<uint8_t>(value >> (8 * i));
@@ -32,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if ((data[0] & 1) != 0 && image.size() >= kHeader) {
         put(image, kSizeField, static_cast<uint32_t>(image.size()));
         put(image, kChecksumField, 0);
-        put(image, kChecksumField, crc32(image));
+        put(image, kChecksumField, static_cast<uint32_t>(crc32_z(0, image.data(), image.size())));
     }
     std::string why;
     const std::optional<simulation::Design> design = simulation::parseImage(image, why);
