@@ -15,6 +15,7 @@
 #include "fabrix/applet.h"
 #include "fabrix/haprt.h"
 #include "fabrix/tavo_hw.h"
+#include "tests/TemporaryFolder.h"
 
 inline const std::filesystem::path kStage = QUILLON_STAGE;
 inline const std::filesystem::path kStubs = QUILLON_STUBS;
@@ -72,16 +73,7 @@ private:
 /// its own, a link would not.
 class Installation {
 public:
-    Installation() {
-        std::string name = (std::filesystem::temp_directory_path() / "quillon_applet_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
-        mRoot = name;
-    }
-    Installation(const Installation&) = delete;
-    Installation& operator=(const Installation&) = delete;
-    ~Installation() { std::filesystem::remove_all(mRoot); }
-
-    const std::filesystem::path& root() const { return mRoot; }
+    const std::filesystem::path& root() const { return mFolder.path(); }
     /// Copies the applet to \p place below the root. \return its path
     std::filesystem::path addApplet(const std::filesystem::path& place = "Hardware Applets/fabrixIV/libQuillon.so") {
         return copy(kStagedApplet, place);
@@ -97,7 +89,7 @@ public:
         addStub("stub", "haprt", below);
     }
     std::filesystem::path copy(const std::filesystem::path& from, const std::filesystem::path& place) {
-        const std::filesystem::path target = mRoot / place;
+        const std::filesystem::path target = mFolder / place;
         std::filesystem::create_directories(target.parent_path());
         std::filesystem::remove(target);
         std::filesystem::copy_file(from, target);
@@ -105,7 +97,7 @@ public:
     }
 
 private:
-    std::filesystem::path mRoot;
+    TemporaryFolder mFolder;
 };
 
 /// The test's side of a stub library; the applet gets the same copy, because it opens the same file.

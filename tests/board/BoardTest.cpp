@@ -3,8 +3,8 @@
 #include <thread>
 
 #include "board/BoardFixture.h"
-#include "board/TemporaryFolder.h"
 #include "simulation/board/BoardEnvironment.h"
+#include "tests/TemporaryFolder.h"
 
 using namespace simulation;
 using testing::ElementsAre;
@@ -203,13 +203,12 @@ TEST_F(BoardTest, TheLinkShowsOnEveryConnector) {
 TEST_F(EnvironmentTest, EveryBoardWritesATraceOfItsOwn) {
     const TemporaryFolder folder;
     folder.write("trace.3", "old\n");
-    const std::string path = (folder.path() / "trace").string();
+    const std::string path = folder.file("trace");
     setenv("TAVO_SIM_TRACE", path.c_str(), 1);
     mSet.push_back("TAVO_SIM_TRACE");
     EXPECT_EQ(mEnvironment.apply(mBoard, 3).code, 0);
     write(kReset, 1);
-    std::ifstream file(path + ".3");
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "write AAReset 1\n");
+    EXPECT_EQ(folder.content("trace.3"), "write AAReset 1\n");
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 

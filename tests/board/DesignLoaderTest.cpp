@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "board/TemporaryFolder.h"
 #include "simulation/design/DesignImage.h"
 #include "simulation/design/DesignLoader.h"
+#include "tests/TemporaryFolder.h"
 
 using namespace simulation;
 

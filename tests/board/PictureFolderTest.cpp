@@ -1,11 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 
-#include "board/TemporaryFolder.h"
 #include "simulation/board/PictureSource.h"
+#include "tests/TemporaryFolder.h"
 
 using namespace simulation;
 using testing::AllOf;
@@ -54,15 +53,9 @@ TEST_F(PictureFolderTest, RefusesBrokenPicturesByName) {
 
 #ifdef QUILLON_PNG
 
-std::string fileContent(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 TEST_F(PictureFolderTest, TurnsColoursIntoBrightness) {
     // The applet's icon: 8-bit RGBA of 32 x 32 pixels, dark blue at the bottom.
-    const auto icon = std::filesystem::path(QUILLON_SOURCE "/StandardApplets/Quillon/data/quillon_icon.png");
-    mFolder.write("icon.png", fileContent(icon));
+    std::filesystem::copy(QUILLON_SOURCE "/StandardApplets/Quillon/data/quillon_icon.png", mFolder / "icon.png");
     const auto source = open();
     ASSERT_NE(source, nullptr) << mWhy;
     EXPECT_EQ(source->size(), (PictureSize{32, 32}));

@@ -1,9 +1,9 @@
 // The whole applet against the files of tests/data: the XML document, the published parameters with their tree, and
 // a configuration file of the defaults.
+#include "tests/TemporaryFolder.h"
 #include "tests/core/CheckedInFile.h"
 #include "tests/core/Described.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/TextFiles.h"
 
 namespace {
 
@@ -58,8 +58,8 @@ TEST_F(CheckedInTest, SavedDefaults) {
         straight += (i == 0 ? "" : ", ") + std::to_string(i / 1024) + "." + std::string(12 - fraction.size(), '0');
         straight += fraction;
     }
-    const TextFiles files;
-    ASSERT_EQ(Fg_saveConfig(handle(), files.path("defaults.mcf").c_str()), 0);
+    const TemporaryFolder files;
+    ASSERT_EQ(Fg_saveConfig(handle(), files.file("defaults.mcf").c_str()), 0);
     std::string saved = files.content("defaults.mcf");
     for (const char* port : {"A", "B"}) {
         const size_t at = saved.find(straight + ";\n");

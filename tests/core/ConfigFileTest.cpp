@@ -2,9 +2,9 @@
 
 #include "StandardApplets/grabber_basis/Fg_ConfigFileParser.h"
 #include "StandardApplets/grabber_basis/PSFx4/PSKneeLut.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/core/AllTypes.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/TextFiles.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -22,12 +22,12 @@ protected:
         master().setCameraVersion("1.1");
         mFabrixBoard->setAppletID(4711);
     }
-    int save(const std::string& name) { return Fg_saveConfig(handle(), files.path(name).c_str()); }
-    int loadText(const std::string& content) { return Fg_loadConfig(handle(), files.make("in.mcf", content).c_str()); }
+    int save(const std::string& name) { return Fg_saveConfig(handle(), files.file(name).c_str()); }
+    int loadText(const std::string& content) { return Fg_loadConfig(handle(), files.write("in.mcf", content).c_str()); }
     /// Loads a header and then these lines.
     int loadLines(const std::string& lines) { return loadText(kHeader + "\n[Port A]\n" + lines); }
 
-    TextFiles files;
+    TemporaryFolder files;
     AllTypes& module;
 };
 
@@ -106,19 +106,19 @@ TEST_F(ConfigFileTest, RefusedHeadersChangeNothing) {
 }
 
 TEST_F(ConfigFileTest, FilesThatCannotBeLoadedOrSaved) {
-    std::filesystem::create_directory(files.path("folder.mcf"));
-    for (const std::string& name : {files.path("none.mcf"), files.make("a.cfg", kHeader), files.path("folder.mcf"),
-                                    files.make("a.MCF", kHeader), std::string(5000, 'x') + ".mcf"}) {
+    std::filesystem::create_directory(files.file("folder.mcf"));
+    for (const std::string& name : {files.file("none.mcf"), files.write("a.cfg", kHeader), files.file("folder.mcf"),
+                                    files.write("a.MCF", kHeader), std::string(5000, 'x') + ".mcf"}) {
         EXPECT_EQ(Fg_loadConfig(handle(), name.c_str()), FG_FILE_REJECTED) << name;
     }
     EXPECT_EQ(Fg_loadConfig(handle(), nullptr), FG_FILE_REJECTED);
     for (const std::string& name :
-         {files.path("cfg.txt"), files.path("no/folder.mcf"), files.path("folder.mcf"), files.makeFull("full.mcf")}) {
+         {files.file("cfg.txt"), files.file("no/folder.mcf"), files.file("folder.mcf"), files.makeFull("full.mcf")}) {
         EXPECT_EQ(Fg_saveConfig(handle(), name.c_str()), FG_FILE_NOT_ACCESSIBLE) << name;
         EXPECT_EQ(lastError(), FG_FILE_NOT_ACCESSIBLE);
     }
     EXPECT_EQ(Fg_saveConfig(handle(), nullptr), FG_FILE_NOT_ACCESSIBLE);
-    EXPECT_FALSE(files.exists("cfg.txt"));
+    EXPECT_FALSE(std::filesystem::exists(files / "cfg.txt"));
     EXPECT_EQ(save("a.mcf.bak"), 0);
 }
 

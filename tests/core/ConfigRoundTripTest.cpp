@@ -1,8 +1,9 @@
 // A grabber that comes to the state of another one through a configuration file.
 #include <map>
 
+#include "tests/TemporaryFolder.h"
+#include "tests/core/DecimalCommaLocale.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/TextFiles.h"
 
 namespace {
 
@@ -72,7 +73,7 @@ protected:
         return action();
     }
 
-    TextFiles files;
+    TemporaryFolder files;
 };
 
 INSTANTIATE_TEST_SUITE_P(Locales, ConfigRoundTripTest,
@@ -86,7 +87,7 @@ TEST_P(ConfigRoundTripTest, NewGrabberHasEveryValueAndEveryRegisterOfTheFile) {
     ASSERT_EQ(open(), 0);
     const auto defaultAnswers = answers();
     changeMany();
-    const std::string path = files.path("state.mcf");
+    const std::string path = files.file("state.mcf");
     ASSERT_EQ(withLocale(GetParam().commaSaves, [&] { return Fg_saveConfig(handle(), path.c_str()); }), 0);
     const auto changedAnswers = answers();
     const auto changedRegisters = registerValues();
@@ -103,7 +104,7 @@ TEST_P(ConfigRoundTripTest, NewGrabberHasEveryValueAndEveryRegisterOfTheFile) {
     for (const auto& [name, value] : changedAnswers) EXPECT_EQ(loadedAnswers.at(name), value) << name;
     const auto loadedRegisters = registerValues();
     for (const auto& [name, value] : changedRegisters) EXPECT_EQ(loadedRegisters.at(name), value) << name;
-    ASSERT_EQ(Fg_saveConfig(handle(), files.path("again.mcf").c_str()), 0);
+    ASSERT_EQ(Fg_saveConfig(handle(), files.file("again.mcf").c_str()), 0);
     EXPECT_EQ(files.content("again.mcf"), files.content("state.mcf"));
     EXPECT_NE(files.content("state.mcf").find("FG_EXPOSURE=2000;\n"), std::string::npos);
     EXPECT_NE(files.content("state.mcf").find("FG_KNEE_LUT_SCALE=1.25;\n"), std::string::npos);

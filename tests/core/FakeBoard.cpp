@@ -15,11 +15,24 @@ FakeBoard& board() { return *FakeBoard::current; }
 
 void note(std::string event) { board().events.push_back(std::move(event)); }
 
+/// Notes an event. \return \p result
+template <class Result>
+Result answer(std::string event, Result result) {
+    note(std::move(event));
+    return result;
+}
+
 template <class... Numbers>
 std::string line(const char* format, Numbers... numbers) {
     char text[256];
     std::snprintf(text, sizeof text, format, numbers...);
     return text;
+}
+
+int registerHandle(const std::string& name) {
+    const std::vector<FakeBoard::Register>& all = board().registers;
+    const auto found = std::find_if(all.begin(), all.end(), [&](const auto& reg) { return reg.name == name; });
+    return found == all.end() ? 0 : static_cast<int>(found - all.begin()) + 1;
 }
 
 int registerWrite(FgDevice*, int handle, uint64_t value) {
@@ -47,119 +60,63 @@ int registerRead(FgDevice*, int handle, uint64_t* value) {
     return 0;
 }
 
-int configure(FgDevice*, fpga_design*) {
-    note("configure");
-    return board().configureResult;
+void installBoard() {
+    m_PTavoRegisterWrite = &registerWrite;
+    m_PTavoRegisterRead = &registerRead;
+    m_PTavoConfigureFpga = [](FgDevice*, fpga_design*) { return answer("configure", board().configureResult); };
+    m_PTavoConfigureSlave = [](FgDevice*, fpga_design*) { return answer("configure slave", board().configureResult); };
+    m_PTavoGetCameraStatusExtended = [](FgDevice*, unsigned connector) {
+        return answer(line("status %u", connector), board().cameraStatus[connector]);
+    };
+    m_PTavoDmaStartRead = [](FgDevice*, int path, frameindex_t first, size_t length, dma_mem*, int mode,
+                             frameindex_t count, int reserved, int timeout) {
+        const bool isPlain = first == 0 && length == 0 && reserved == 0;
+        note(line("start path=%d mode=%d count=%d timeout=%d%s", path, mode, count, timeout, isPlain ? "" : " odd"));
+        return board().startResult;
+    };
+    m_PTavoDmaStop = [](FgDevice*, int path, int, int) {
+        return answer(line("stop path=%d", path), board().stopResult);
+    };
+    m_PTavoDmaTestBuffer = [](FgDevice*, int path, dma_mem*) -> frameindex_t {
+        return answer(line("test path=%d", path), board().testResult);
+    };
+    m_PTavoDmaWaitForBuffer = [](FgDevice*, int path, frameindex_t picture, dma_mem*, int timeout) -> frameindex_t {
+        return answer(line("wait path=%d picture=%d timeout=%d", path, picture, timeout), board().waitResult);
+    };
+    m_PTavoGetDmaTag = [](FgDevice*, dma_mem*, frameindex_t buffer) -> int {
+        return answer(line("tag %d", buffer), 1000 + buffer);
+    };
+    m_PTavoGetDmaLength = [](FgDevice*, dma_mem*, frameindex_t picture) {
+        return answer(line("length %d", picture), static_cast<size_t>(picture) * 100);
+    };
 }
 
-int configureSlave(FgDevice*, fpga_design*) {
-    note("configure slave");
-    return board().configureResult;
-}
-
-int cameraStatusExtended(FgDevice*, unsigned connector) {
-    note(line("status %u", connector));
-    return board().cameraStatus[connector];
-}
-
-int startRead(FgDevice*, int path, frameindex_t first, size_t length, dma_mem*, int mode, frameindex_t count,
-              int reserved, int timeout) {
-    const bool isPlain = first == 0 && length == 0 && reserved == 0;
-    note(line("start path=%d mode=%d count=%d timeout=%d%s", path, mode, count, timeout, isPlain ? "" : " odd"));
-    return board().startResult;
-}
-
-int stop(FgDevice*, int path, int, int) {
-    note(line("stop path=%d", path));
-    return board().stopResult;
-}
-
-frameindex_t testBuffer(FgDevice*, int path, dma_mem*) {
-    note(line("test path=%d", path));
-    return board().testResult;
-}
-
-frameindex_t waitForBuffer(FgDevice*, int path, frameindex_t picture, dma_mem*, int timeout) {
-    note(line("wait path=%d picture=%d timeout=%d", path, picture, timeout));
-    return board().waitResult;
-}
-
-int dmaTag(FgDevice*, dma_mem*, frameindex_t buffer) {
-    note(line("tag %d", buffer));
-    return 1000 + buffer;
-}
-
-size_t dmaLength(FgDevice*, dma_mem*, frameindex_t picture) {
-    note(line("length %d", picture));
-    return static_cast<size_t>(picture) * 100;
-}
-
-fpga_design* loadFile(const char* name, int boardType, int flag) {
-    note("load " + std::string(name) + line(" type=%d flag=%d", boardType, flag));
-    return board().externalDesign;
-}
-
-fpga_design* loadBuffer(const void* data, size_t length, int flag) {
-    note(line("load embedded size=%zu flag=%d%s", length, flag, data == nullptr ? " null" : ""));
-    return board().embeddedDesign;
-}
-
-int unload(fpga_design*) {
-    note("unload");
-    return 0;
-}
-
-int registerByName(fpga_design*, const char* name) {
-    const std::vector<FakeBoard::Register>& all = board().registers;
-    const auto found = std::find_if(all.begin(), all.end(), [name](const auto& reg) { return reg.name == name; });
-    return found == all.end() ? 0 : static_cast<int>(found - all.begin()) + 1;
-}
-
-int bitRange(fpga_design*, int handle) {
-    const FakeBoard::Register* found = board().find(handle);
-    return found == nullptr ? 0 : found->width;
-}
-
-const char* registerName(fpga_design*, int handle) {
-    const FakeBoard::Register* found = board().find(handle);
-    return found == nullptr ? nullptr : found->name.c_str();
-}
-
-int direction(fpga_design*, int handle) {
-    const FakeBoard::Register* found = board().find(handle);
-    return found == nullptr ? 0 : found->direction;
-}
-
-int registerCount(fpga_design*) { return static_cast<int>(board().registers.size()); }
-
-const char* userInfo(fpga_design*, const char* name) {
-    return std::string(name) == "DESIGN_NAME" ? "FakeDesign" : nullptr;
-}
-
-void installTavo(bool on) {
-    m_PTavoConfigureFpga = on ? &configure : nullptr;
-    m_PTavoConfigureSlave = on ? &configureSlave : nullptr;
-    m_PTavoRegisterWrite = on ? &registerWrite : nullptr;
-    m_PTavoDmaStartRead = on ? &startRead : nullptr;
-    m_PTavoDmaStop = on ? &stop : nullptr;
-    m_PTavoDmaTestBuffer = on ? &testBuffer : nullptr;
-    m_PTavoDmaWaitForBuffer = on ? &waitForBuffer : nullptr;
-    m_PTavoGetDmaTag = on ? &dmaTag : nullptr;
-    m_PTavoGetDmaLength = on ? &dmaLength : nullptr;
-    m_PTavoGetCameraStatusExtended = on ? &cameraStatusExtended : nullptr;
-    m_PTavoRegisterRead = on ? &registerRead : nullptr;
-}
-
-void installHap(bool on) {
-    m_PHapLoadDesignFromBuffer = on ? &loadBuffer : nullptr;
-    m_PHapUnloadHapFile = on ? &unload : nullptr;
-    m_PHapGetRegisterByName = on ? &registerByName : nullptr;
-    m_PHapGetRegisterBitRange = on ? &bitRange : nullptr;
-    m_PHapGetRegisterName = on ? &registerName : nullptr;
-    m_PHapGetRegisterDirection = on ? &direction : nullptr;
-    m_PHapGetNrOfRegister = on ? &registerCount : nullptr;
-    m_PHapGetUserInfoByName = on ? &userInfo : nullptr;
-    m_PHapLoadHapFileWithType = on ? &loadFile : nullptr;
+void installDesign() {
+    m_PHapLoadHapFileWithType = [](const char* name, int boardType, int flag) {
+        return answer("load " + std::string(name) + line(" type=%d flag=%d", boardType, flag), board().externalDesign);
+    };
+    m_PHapLoadDesignFromBuffer = [](const void* data, size_t length, int flag) {
+        note(line("load embedded size=%zu flag=%d%s", length, flag, data == nullptr ? " null" : ""));
+        return board().embeddedDesign;
+    };
+    m_PHapUnloadHapFile = [](fpga_design*) { return answer("unload", 0); };
+    m_PHapGetRegisterByName = [](fpga_design*, const char* name) { return registerHandle(name); };
+    m_PHapGetRegisterBitRange = [](fpga_design*, int handle) {
+        const FakeBoard::Register* found = board().find(handle);
+        return found == nullptr ? 0 : found->width;
+    };
+    m_PHapGetRegisterName = [](fpga_design*, int handle) {
+        const FakeBoard::Register* found = board().find(handle);
+        return found == nullptr ? nullptr : found->name.c_str();
+    };
+    m_PHapGetRegisterDirection = [](fpga_design*, int handle) {
+        const FakeBoard::Register* found = board().find(handle);
+        return found == nullptr ? 0 : found->direction;
+    };
+    m_PHapGetNrOfRegister = [](fpga_design*) { return static_cast<int>(board().registers.size()); };
+    m_PHapGetUserInfoByName = [](fpga_design*, const char* name) {
+        return std::string(name) == "DESIGN_NAME" ? "FakeDesign" : nullptr;
+    };
 }
 
 }  // namespace
@@ -167,13 +124,14 @@ void installHap(bool on) {
 FakeBoard::FakeBoard() {
     for (const DesignRegister& row : designRegisters()) registers.push_back({row.name, row.width, row.direction});
     current = this;
-    installTavo(true);
-    installHap(true);
+    installBoard();
+    installDesign();
 }
 
 FakeBoard::~FakeBoard() {
-    installTavo(false);
-    installHap(false);
+#define FABRIX_TAVO(result, name, parameters, arguments) m_P##name = nullptr;
+#define FABRIX_HAP(result, name, parameters, arguments) m_P##name = nullptr;
+#include "fabrix/runtime_operations.inc"
     current = nullptr;
 }
 
@@ -202,9 +160,7 @@ void FakeBoard::removeRegister(const std::string& name) {
 }
 
 void FakeBoard::setWidth(const std::string& name, int width) {
-    for (Register& reg : registers) {
-        if (reg.name == name) reg.width = width;
-    }
+    if (Register* const found = find(registerHandle(name)); found != nullptr) found->width = width;
 }
 
 void FakeBoard::failNthWrite(int n, int code) {
@@ -213,16 +169,12 @@ void FakeBoard::failNthWrite(int n, int code) {
 }
 
 uint64_t FakeBoard::value(const std::string& name) const {
-    for (const Register& reg : registers) {
-        if (reg.name == name) return reg.value;
-    }
-    return ~uint64_t{0};
+    const Register* const found = current->find(registerHandle(name));
+    return found == nullptr ? ~uint64_t{0} : found->value;
 }
 
 void FakeBoard::setValue(const std::string& name, uint64_t value) {
-    for (Register& reg : registers) {
-        if (reg.name == name) reg.value = value;
-    }
+    if (Register* const found = find(registerHandle(name)); found != nullptr) found->value = value;
 }
 
 std::vector<std::string> FakeBoard::eventsOf(const std::string& prefix) const {

@@ -14,7 +14,7 @@ using KneeFileTest = KneeLutTest;
 // ---- LUT files
 
 TEST_F(KneeFileTest, ActionsSaveAndLoadTheGrayTable) {
-    EXPECT_EQ(setText(FG_KNEE_LUT_FILE, files.path("a.lut")), 0);
+    EXPECT_EQ(setText(FG_KNEE_LUT_FILE, files.file("a.lut")), 0);
     EXPECT_THAT(board.writes(), SizeIs(7168));
     EXPECT_EQ(setCurve(level(0.125)), 0);
     EXPECT_EQ(set(FG_KNEE_LUT_SAVE_LOAD_FILE, 1), 0);
@@ -34,10 +34,10 @@ TEST_F(KneeFileTest, RefusedActionsChangeNothing) {
     };
     EXPECT_EQ(act(" ", 0), FG_FILE_REJECTED);
     EXPECT_EQ(act(" ", 1), FG_FILE_NOT_ACCESSIBLE);
-    EXPECT_EQ(act(files.path("none.lut"), 0), FG_FILE_REJECTED);
-    EXPECT_EQ(act(files.path("none.txt"), 0), FG_FILE_REJECTED);
-    EXPECT_EQ(act(files.make("a.LUT", "[gray]\n0,1;\n"), 0), FG_FILE_NOT_ACCESSIBLE);
-    EXPECT_EQ(act(files.path("no/folder.lut"), 1), FG_FILE_NOT_ACCESSIBLE);
+    EXPECT_EQ(act(files.file("none.lut"), 0), FG_FILE_REJECTED);
+    EXPECT_EQ(act(files.file("none.txt"), 0), FG_FILE_REJECTED);
+    EXPECT_EQ(act(files.write("a.LUT", "[gray]\n0,1;\n"), 0), FG_FILE_NOT_ACCESSIBLE);
+    EXPECT_EQ(act(files.file("no/folder.lut"), 1), FG_FILE_NOT_ACCESSIBLE);
     EXPECT_EQ(act(files.makeFull("full.lut"), 1), FG_FILE_NOT_ACCESSIBLE);
     EXPECT_EQ(act(std::string(2000, 'x') + ".lut", 0), FG_FILE_REJECTED);
     EXPECT_THAT(text(FG_KNEE_LUT_FILE), std::string(511, 'x'));
@@ -51,7 +51,7 @@ TEST_F(KneeFileTest, RefusedActionsChangeNothing) {
 TEST_F(KneeFileTest, SavesOneLineForEachCurve) {
     setColor(0);
     {
-        const UniqueFile file(std::fopen(files.path("a.mcf").c_str(), "w"));
+        const UniqueFile file(std::fopen(files.file("a.mcf").c_str(), "w"));
         EXPECT_EQ(knee->saveParmeter(0, FG_KNEE_LUT, "FG_KNEE_LUT", file.get()), 0);
         EXPECT_EQ(knee->saveParmeter(0, FG_KNEE_LUT_FILE, "FG_KNEE_LUT_FILE", file.get()), FG_INVALID_ARGUMENT);
     }

@@ -7,8 +7,8 @@
 #include "StandardApplets/grabber_basis/PSFx4/PSKneeLut.h"
 #include "StandardApplets/grabber_basis/PSFx4/ParameterTable.h"
 #include "StandardApplets/grabber_basis/ValueBorder.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/core/GrabberTest.h"
-#include "tests/core/TextFiles.h"
 
 /// Stands for the camera port: pixel depth and output format of both ports.
 class FormatSource : public RSMaster {
@@ -83,12 +83,12 @@ protected:
     }
     /// Lets the module read its lines of a configuration file.
     int loadLines(const std::string& content, int port = 0) {
-        const UniqueFile file(std::fopen(files.make("a.mcf", content).c_str(), "r"));
+        const UniqueFile file(std::fopen(files.write("a.mcf", content).c_str(), "r"));
         std::string key = "FG_KNEE_LUT";
         return knee->loadParameter(port, FG_KNEE_LUT, key.data(), file.get());
     }
 
     FormatSource& formats;
     PSKneeLut* knee = nullptr;
-    TextFiles files;
+    TemporaryFolder files;
 };

@@ -6,7 +6,8 @@
 
 #include "StandardApplets/grabber_basis/Fg_LutFileParser.h"
 #include "fabrix/result_codes.h"
-#include "tests/core/TextFiles.h"
+#include "tests/TemporaryFolder.h"
+#include "tests/core/DecimalCommaLocale.h"
 
 using testing::Each;
 using testing::ElementsAre;
@@ -32,14 +33,14 @@ protected:
     }
     /// Reads a plain table into \p table, which the test owns from then on.
     int readPlain(const std::string& content) {
-        const std::string path = files.make("plain.lut", content);
+        const std::string path = files.write("plain.lut", content);
         const int result = parser.getLutFromFile(path.c_str(), &plain, "");
         plainEntries.assign(plain.lut, plain.lut + (plain.lut == nullptr ? 0 : plain.nrOfElements));
         return result;
     }
     ~LutFileTest() override { delete[] plain.lut; }
 
-    TextFiles files;
+    TemporaryFolder files;
     Fg_LutFileParser parser;
     LookupTable_s plain{};
     std::vector<uint32_t> plainEntries;
@@ -48,7 +49,7 @@ protected:
 TEST_F(LutFileTest, WritesPlainTable) {
     uint32_t entries[] = {7, 4294967295u, 0};
     const LookupTable_s table{entries, 5, 3, 12, 255};
-    EXPECT_EQ(parser.saveLutToFile(files.path("a.lut").c_str(), &table), 0);
+    EXPECT_EQ(parser.saveLutToFile(files.file("a.lut").c_str(), &table), 0);
     // The parser still holds the file, and yet it is complete.
     EXPECT_EQ(files.content("a.lut"),
               "# Lut data file v1.1\n\nid=5;\nnrOfElements=3;\nformat=12;\nnumber=255;\n0,7;\n1,-1;\n2,0;\n");
@@ -62,13 +63,13 @@ TEST_F(LutFileTest, WritesPlainTable) {
 TEST_F(LutFileTest, WritesOneKneeTable) {
     std::vector<double> values{0.0, 1023.5, -0.25, 1.0 / 3};
     const KneeLookupTable_s table = knee(values);
-    EXPECT_EQ(parser.saveLutToFile(files.path("a.lut").c_str(), &table, "[gray]"), 0);
+    EXPECT_EQ(parser.saveLutToFile(files.file("a.lut").c_str(), &table, "[gray]"), 0);
     EXPECT_EQ(files.content("a.lut"),
               "# KneeLut data file v1.0\n\n[gray]\n\n0,0.000000000000;\n1,1023.500000000000;\n2,-0.250000000000;\n"
               "3,0.333333333333;\n");
     values.clear();
     const KneeLookupTable_s none = knee(values);
-    EXPECT_EQ(parser.saveLutToFile(files.path("b.lut").c_str(), &none, "[gray]"), 0);
+    EXPECT_EQ(parser.saveLutToFile(files.file("b.lut").c_str(), &none, "[gray]"), 0);
     EXPECT_EQ(files.content("b.lut"), "# KneeLut data file v1.0\n\n[gray]\n\n");
 }
 
@@ -77,15 +78,15 @@ TEST_F(LutFileTest, FilesThatCannotBeUsedAreRefused) {
     const KneeLookupTable_s table = knee(values);
     KneeLookupTable_s read{};
     int number = 0;
-    for (const std::string& name : {files.path("a.txt"), files.path("missing/a.lut"), files.makeFull("full.lut")}) {
+    for (const std::string& name : {files.file("a.txt"), files.file("missing/a.lut"), files.makeFull("full.lut")}) {
         EXPECT_EQ(parser.saveLutToFile(name.c_str(), &table, "[gray]"), FG_ERROR) << name;
         EXPECT_EQ(parser.saveLutToFile(name.c_str(), &table, &table, &table), FG_ERROR) << name;
     }
-    EXPECT_FALSE(files.exists("a.txt"));
-    EXPECT_EQ(parser.getLutFromFile(files.path("missing.lut").c_str(), &read, "[gray]"), FG_ERROR);
-    EXPECT_EQ(parser.getLutFromFile(files.make("a.LUT", "[gray]\n0,1;\n").c_str(), &read, "[gray]"), FG_ERROR);
+    EXPECT_FALSE(std::filesystem::exists(files / "a.txt"));
+    EXPECT_EQ(parser.getLutFromFile(files.file("missing.lut").c_str(), &read, "[gray]"), FG_ERROR);
+    EXPECT_EQ(parser.getLutFromFile(files.write("a.LUT", "[gray]\n0,1;\n").c_str(), &read, "[gray]"), FG_ERROR);
     EXPECT_EQ(parser.getLutFromFile(nullptr, &read, "[gray]"), FG_ERROR);
-    EXPECT_EQ(parser.getMatrixFromFile(files.path("missing").c_str(), &number, 1), FG_ERROR);
+    EXPECT_EQ(parser.getMatrixFromFile(files.file("missing").c_str(), &number, 1), FG_ERROR);
     EXPECT_EQ(read.value, nullptr);
 }
 
@@ -94,7 +95,7 @@ TEST_F(LutFileTest, NumbersDoNotFollowTheLocale) {
     ASSERT_TRUE(comma.isActive());
     std::vector<double> values{0.5};
     const KneeLookupTable_s table = knee(values);
-    const std::string path = files.path("a.lut");
+    const std::string path = files.file("a.lut");
     EXPECT_EQ(parser.saveLutToFile(path.c_str(), &table, "[gray]"), 0);
     parser.writeDoubleKey("key", 1e-20, "=");
     EXPECT_EQ(files.content("a.lut"), "# KneeLut data file v1.0\n\n[gray]\n\n0,0.500000000000;\nkey=1e-20;\n");
@@ -104,7 +105,7 @@ TEST_F(LutFileTest, NumbersDoNotFollowTheLocale) {
 TEST_F(LutFileTest, WritesAndReadsThreeKneeTables) {
     std::vector<double> r{0.0, 1.0}, g{0.5, 0.75}, b{0.125, 2.0};
     const KneeLookupTable_s red = knee(r), green = knee(g), blue = knee(b);
-    const std::string path = files.path("c.lut");
+    const std::string path = files.file("c.lut");
     EXPECT_EQ(parser.saveLutToFile(path.c_str(), &red, &green, &blue), 0);
     EXPECT_EQ(files.content("c.lut"),
               "# KneeLut data file v1.1\n\n[red]\n\n0,0.000000000000;\n1,1.000000000000;\n\n\n[green]\n\n"
@@ -118,7 +119,7 @@ TEST_F(LutFileTest, WritesAndReadsThreeKneeTables) {
 
 TEST_F(LutFileTest, IntegerArraysKeepTheirBounds) {
     const int values[] = {3, -4};
-    const std::string path = files.path("matrix.txt");
+    const std::string path = files.file("matrix.txt");
     EXPECT_EQ(parser.saveMatrixToFile(path.c_str(), "head\n", values, 2), 0);
     EXPECT_EQ(files.content("matrix.txt"), "head\nnrOfElements=2;\n0,3;\n1,-4;\n");
     std::vector<int> read(2, 9);
@@ -126,7 +127,7 @@ TEST_F(LutFileTest, IntegerArraysKeepTheirBounds) {
     EXPECT_THAT(read, ElementsAre(9, 9));
     EXPECT_EQ(parser.getMatrixFromFile(path.c_str(), read.data(), 2), 0);
     EXPECT_THAT(read, ElementsAre(3, -4));
-    const std::string negative = files.make("negative", "nrOfElements=-5;\n0,1;\n");
+    const std::string negative = files.write("negative", "nrOfElements=-5;\n0,1;\n");
     EXPECT_EQ(parser.getMatrixFromFile(negative.c_str(), read.data(), 2), 0);
     EXPECT_THAT(read, ElementsAre(3, -4));
 }

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/core/TextFiles.h"
+#include "tests/TemporaryFolder.h"
 #include "tests/faults/Allocations.h"
 #include "tests/faults/FaultyRuntime.h"
 
@@ -96,7 +96,7 @@ class OpenedGrabberTest : public FaultTableTest {
 protected:
     OpenedGrabberTest() { EXPECT_EQ(open(), 0); }
 
-    TextFiles mFiles;
+    TemporaryFolder mFiles;
 };
 
 TEST_F(FaultTableTest, FailingCallsRefuseTheOpenOrLeaveAUsableGrabber) {
@@ -179,8 +179,8 @@ TEST_F(OpenedGrabberTest, DmaAloneDecidesAboutStartAndStop) {
 }
 
 TEST_F(OpenedGrabberTest, SaveAndLoadSurviveEveryFault) {
-    const std::string reference = mFiles.path("reference.mcf");
-    const std::string other = mFiles.path("other.mcf");
+    const std::string reference = mFiles.file("reference.mcf");
+    const std::string other = mFiles.file("other.mcf");
     int width = 512;
     ASSERT_EQ(set(FG_WIDTH, &width), 0);
     ASSERT_EQ(Fg_saveConfig(&mHandle, reference.c_str()), 0);
@@ -244,7 +244,7 @@ protected:
             const KneeLookupTable_s table{value.curve.data(), nullptr, 0, 1025, 3, 0};
             std::memcpy(value.bytes.data(), &table, sizeof table);
         } else if (id == FG_KNEE_LUT_FILE) {
-            std::ignore = mFiles.path("knee.lut").copy(value.bytes.data(), value.bytes.size() - 1);
+            std::ignore = mFiles.file("knee.lut").copy(value.bytes.data(), value.bytes.size() - 1);
         } else if (id == FG_KNEE_LUT_SAVE_LOAD_FILE) {
             value.bytes[0] = 1;
         } else {

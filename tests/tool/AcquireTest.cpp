@@ -95,7 +95,7 @@ protected:
         return folder.string();
     }
 
-    std::string outputPattern() const { return (mFolder / "out/p%d.pgm").string(); }
+    std::string outputPattern() const { return mFolder.file("out/p%d.pgm"); }
     std::vector<std::string> outputs() const { return filesIn(mFolder / "out"); }
 
     TemporaryFolder mFolder;
@@ -155,7 +155,7 @@ TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
 
 TEST_F(AcquireTest, UnusableOutputsAreRefusedBeforeTheBoardOpens) {
     writePgm(mFolder / "file", makeTexture(1, 1, 0));
-    const std::string file = (mFolder / "file").string();
+    const std::string file = mFolder.file("file");
     const ToolResult result = runTool({"acquire", "--output", file + "/p.png"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.errors, HasSubstr("cannot create the output folder " + file));
@@ -176,10 +176,10 @@ TEST_F(AcquireTest, CameraFoldersWithoutUsablePicturesAreRefusedByName) {
     const std::string sizes = textures(2, 64, 64);
     writePgm(std::filesystem::path(sizes) / "t2.pgm", makeTexture(80, 64, 1));
     const std::vector<std::pair<std::string, std::string>> cases{
-        {(mFolder / "absent").string(), "absent"},
-        {(mFolder / "empty").string(),  "empty" },
-        {(mFolder / "broken").string(), victim  },
-        {sizes,                         "t2.pgm"},
+        {mFolder.file("absent"), "absent"},
+        {mFolder.file("empty"),  "empty" },
+        {mFolder.file("broken"), victim  },
+        {sizes,                  "t2.pgm"},
     };
     for (const auto& [folder, named] : cases) {
         SCOPED_TRACE(folder);

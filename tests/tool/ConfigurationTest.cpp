@@ -21,27 +21,16 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-std::string readText(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 class ConfigurationTest : public testing::Test {
 protected:
-    std::string file(const std::string& name) const { return (mFolder / name).string(); }
-
-    void write(const std::string& name, const std::string& text) const {
-        std::ofstream(mFolder / name, std::ios::binary) << text;
-    }
-
     /// Saves a file and expects that to succeed.
     std::string save(const std::string& name, const Arguments& settings = {}) const {
-        Arguments arguments{"save", file(name)};
+        Arguments arguments{"save", mFolder.file(name)};
         if (!settings.empty()) arguments.emplace_back("--set");
         arguments.insert(arguments.end(), settings.begin(), settings.end());
         const ToolResult result = runTool(arguments);
         EXPECT_EQ(result.exitCode, 0) << result.errors;
-        return readText(mFolder / name);
+        return mFolder.content(name);
     }
 
     /// A saved file in which one text is replaced.
@@ -49,7 +38,7 @@ protected:
         std::string text = save(name);
         const size_t at = text.find(from);
         ASSERT_NE(at, std::string::npos);
-        write(name, text.replace(at, from.size(), to));
+        mFolder.write(name, text.replace(at, from.size(), to));
     }
 
     TemporaryFolder mFolder;
@@ -59,19 +48,20 @@ TEST_F(ConfigurationTest, WhatOneCommandSavesTheNextOneFinds) {
     const std::string text = save("camera.mcf", {"FG_WIDTH=512", "knee_lut_gamma=2.5", "FG_CCSEL1=CC_EXSYNC"});
     EXPECT_THAT(text, AllOf(StartsWith("[Kamerasektion]\n\nConfigFileVersion=2.0;\n"), HasSubstr("\nFG_WIDTH=512;\n"),
                             HasSubstr("\nFG_KNEE_LUT_GAMMA=2.5;\n"), HasSubstr("\n[Port B]\n")));
-    const ToolResult got = runTool({"get", "width", "knee_lut_gamma", "height", "--config", file("camera.mcf")});
+    const ToolResult got =
+        runTool({"get", "width", "knee_lut_gamma", "height", "--config", mFolder.file("camera.mcf")});
     EXPECT_EQ(got.output, "FG_WIDTH = 512 [pixels]\nFG_KNEE_LUT_GAMMA = 2.5\nFG_HEIGHT = 1024 [pixels]\n");
     // A setting comes after the file, and reaches the board as the file's values do.
     const ToolResult written =
-        runTool({"registers", "areawidth", "--config", file("camera.mcf"), "--set", "FG_WIDTH=640"});
-    const ToolResult loaded = runTool({"registers", "areawidth", "--config", file("camera.mcf")});
+        runTool({"registers", "areawidth", "--config", mFolder.file("camera.mcf"), "--set", "FG_WIDTH=640"});
+    const ToolResult loaded = runTool({"registers", "areawidth", "--config", mFolder.file("camera.mcf")});
     EXPECT_THAT(loaded.output, ContainsRegex("AAAreaWidth +[0-9]+ +read/write +31 "));
     EXPECT_THAT(written.output, ContainsRegex("AAAreaWidth +[0-9]+ +read/write +39 "));
-    EXPECT_THAT(runTool({"list", "fg_width", "--config", file("camera.mcf")}).output,
+    EXPECT_THAT(runTool({"list", "fg_width", "--config", mFolder.file("camera.mcf")}).output,
                 ContainsRegex("FG_WIDTH +512 +\\[pixels\\]"));
     // Saved anew, the state is the same.
-    EXPECT_EQ(runTool({"save", file("again.mcf"), "--config", file("camera.mcf")}).exitCode, 0);
-    EXPECT_EQ(readText(mFolder / "again.mcf"), text);
+    EXPECT_EQ(runTool({"save", mFolder.file("again.mcf"), "--config", mFolder.file("camera.mcf")}).exitCode, 0);
+    EXPECT_EQ(mFolder.content("again.mcf"), text);
 }
 
 TEST_F(ConfigurationTest, SetEditsTheFileAndKeepsTheRest) {
@@ -79,16 +69,17 @@ TEST_F(ConfigurationTest, SetEditsTheFileAndKeepsTheRest) {
     std::filesystem::permissions(mFolder / "camera.mcf",
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     std::filesystem::create_symlink("camera.mcf", mFolder / "link.mcf");
-    const ToolResult result = runTool({"set", "--config", file("link.mcf"), "FG_HEIGHT=300", "invert=on"});
+    const ToolResult result = runTool({"set", "--config", mFolder.file("link.mcf"), "FG_HEIGHT=300", "invert=on"});
     EXPECT_EQ(result.exitCode, 2);
-    const ToolResult edited = runTool({"set", "--config", file("link.mcf"), "FG_HEIGHT=300", "knee_lut_invert=on"});
+    const ToolResult edited =
+        runTool({"set", "--config", mFolder.file("link.mcf"), "FG_HEIGHT=300", "knee_lut_invert=on"});
     EXPECT_EQ(edited.exitCode, 0) << edited.errors;
     EXPECT_EQ(edited.output,
-              "FG_HEIGHT = 300 [pixels]\nFG_KNEE_LUT_INVERT = FG_ON (1)\nsaved " + file("link.mcf") + "\n");
+              "FG_HEIGHT = 300 [pixels]\nFG_KNEE_LUT_INVERT = FG_ON (1)\nsaved " + mFolder.file("link.mcf") + "\n");
     EXPECT_TRUE(std::filesystem::is_symlink(mFolder / "link.mcf"));
     EXPECT_EQ(std::filesystem::status(mFolder / "camera.mcf").permissions(),
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    EXPECT_THAT(readText(mFolder / "camera.mcf"),
+    EXPECT_THAT(mFolder.content("camera.mcf"),
                 AllOf(HasSubstr("\nFG_WIDTH=512;\nFG_HEIGHT=300;\n"), HasSubstr("\nFG_KNEE_LUT_INVERT=1;\n")));
 }
 
@@ -96,29 +87,29 @@ TEST_F(ConfigurationTest, DiffShowsBothValuesAndAnswersAsDiffDoes) {
     save("default.mcf");
     save("a.mcf", {"FG_WIDTH=512", "FG_TRIGGERMODE=1"});
     save("b.mcf", {"FG_WIDTH=640"});
-    const ToolResult equal = runTool({"diff", file("default.mcf")});
+    const ToolResult equal = runTool({"diff", mFolder.file("default.mcf")});
     EXPECT_EQ(equal.exitCode, 0) << equal.errors;
     EXPECT_THAT(equal.output, IsEmpty());
-    EXPECT_EQ(runTool({"diff", file("a.mcf"), file("a.mcf")}).exitCode, 0);
-    const ToolResult defaults = runTool({"diff", file("b.mcf")});
+    EXPECT_EQ(runTool({"diff", mFolder.file("a.mcf"), mFolder.file("a.mcf")}).exitCode, 0);
+    const ToolResult defaults = runTool({"diff", mFolder.file("b.mcf")});
     EXPECT_EQ(defaults.exitCode, 1);
     EXPECT_THAT(defaults.output, AllOf(ContainsRegex("PARAMETER +default +[^ ]*b.mcf\n"),
                                        ContainsRegex("\nPort A\n  FG_WIDTH +1024 \\[pixels\\] +640 \\[pixels\\]\n")));
-    const ToolResult both = runTool({"diff", file("a.mcf"), file("b.mcf")});
+    const ToolResult both = runTool({"diff", mFolder.file("a.mcf"), mFolder.file("b.mcf")});
     EXPECT_EQ(both.exitCode, 1);
     EXPECT_THAT(both.output, AllOf(ContainsRegex("\n  FG_WIDTH +512 \\[pixels\\] +640 \\[pixels\\]\n"),
                                    ContainsRegex("\n  FG_TRIGGERMODE +[^\n]+\\(1\\) +[^\n]+\\(0\\)\n"),
                                    Not(HasSubstr("FG_HEIGHT"))));
-    EXPECT_EQ(runTool({"diff", file("a.mcf"), file("none.mcf")}).exitCode, 3);
+    EXPECT_EQ(runTool({"diff", mFolder.file("a.mcf"), mFolder.file("none.mcf")}).exitCode, 3);
     EXPECT_EQ(runTool({"diff"}).exitCode, 2);
 }
 
 TEST_F(ConfigurationTest, RefusedFilesAreNamedWithReasonAndRemedy) {
     const std::string text = save("good.mcf");
     std::filesystem::create_directory(mFolder / "folder.mcf");
-    write("empty.mcf", "");
-    write("binary.mcf", std::string("Hersteller='\x01\xff\0\n", 16));
-    write("long.mcf", std::string(1'000'000, 'x'));
+    mFolder.write("empty.mcf", "");
+    mFolder.write("binary.mcf", std::string("Hersteller='\x01\xff\0\n", 16));
+    mFolder.write("long.mcf", std::string(1'000'000, 'x'));
     saveChanged("maker.mcf", "Generic-CameraLink", "Other");
     saveChanged("type.mcf", "Typ='Quillon8'", "Typ='Quillon'");
     saveChanged("port.mcf", "AktivePort=0;\n", "");
@@ -140,36 +131,37 @@ TEST_F(ConfigurationTest, RefusedFilesAreNamedWithReasonAndRemedy) {
                  {"diff"}
         }) {
             Arguments arguments = command;
-            arguments.push_back(file(name));
+            arguments.push_back(mFolder.file(name));
             const ToolResult result = runTool(arguments);
             EXPECT_EQ(result.exitCode, exitCode);
-            EXPECT_THAT(result.errors, AllOf(HasSubstr(file(name)), HasSubstr(reason)));
+            EXPECT_THAT(result.errors, AllOf(HasSubstr(mFolder.file(name)), HasSubstr(reason)));
             EXPECT_THAT(result.output, IsEmpty());
         }
     }
-    EXPECT_THAT(runTool({"get", "FG_WIDTH", "--config", file("type.mcf")}).errors,
+    EXPECT_THAT(runTool({"get", "FG_WIDTH", "--config", mFolder.file("type.mcf")}).errors,
                 AllOf(HasSubstr("'quillon save NEW.mcf'"), EndsWith("(code -5000)\n")));
-    EXPECT_EQ(readText(mFolder / "good.mcf"), text);
+    EXPECT_EQ(mFolder.content("good.mcf"), text);
 }
 
 TEST_F(ConfigurationTest, FullDiskLeavesTheFormerFile) {
     const std::string config = save("camera.mcf");
-    ASSERT_EQ(runTool({"lut", "save", file("curve.lut")}).exitCode, 0);
-    ASSERT_EQ(runTool({"xml", "--output", file("parameters.xml")}).exitCode, 0);
-    const std::string curve = readText(mFolder / "curve.lut");
-    const std::string document = readText(mFolder / "parameters.xml");
+    ASSERT_EQ(runTool({"lut", "save", mFolder.file("curve.lut")}).exitCode, 0);
+    ASSERT_EQ(runTool({"xml", "--output", mFolder.file("parameters.xml")}).exitCode, 0);
+    const std::string curve = mFolder.content("curve.lut");
+    const std::string document = mFolder.content("parameters.xml");
     const std::vector<std::string> files = filesIn(mFolder.path());
     for (const std::string& command :
-         {"save " + file("camera.mcf") + " --set FG_WIDTH=512", "set --config " + file("camera.mcf") + " FG_WIDTH=512",
-          "lut save " + file("curve.lut"), "xml --output " + file("parameters.xml")}) {
+         {"save " + mFolder.file("camera.mcf") + " --set FG_WIDTH=512",
+          "set --config " + mFolder.file("camera.mcf") + " FG_WIDTH=512", "lut save " + mFolder.file("curve.lut"),
+          "xml --output " + mFolder.file("parameters.xml")}) {
         SCOPED_TRACE(command);
         const ToolResult result = runOnFullDisk(8, command);
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("quillon: cannot "), HasSubstr(mFolder.path().string())));
     }
-    EXPECT_EQ(readText(mFolder / "camera.mcf"), config);
-    EXPECT_EQ(readText(mFolder / "curve.lut"), curve);
-    EXPECT_EQ(readText(mFolder / "parameters.xml"), document);
+    EXPECT_EQ(mFolder.content("camera.mcf"), config);
+    EXPECT_EQ(mFolder.content("curve.lut"), curve);
+    EXPECT_EQ(mFolder.content("parameters.xml"), document);
     EXPECT_EQ(filesIn(mFolder.path()), files);
 }
 
@@ -182,9 +174,9 @@ TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
              {"none/camera.mcf", 3, "No such file or directory"}
     }) {
         SCOPED_TRACE(name);
-        const ToolResult result = runTool({"save", file(name)});
+        const ToolResult result = runTool({"save", mFolder.file(name)});
         EXPECT_EQ(result.exitCode, exitCode);
-        EXPECT_THAT(result.errors, AllOf(HasSubstr(file(name)), HasSubstr(reason)));
+        EXPECT_THAT(result.errors, AllOf(HasSubstr(mFolder.file(name)), HasSubstr(reason)));
     }
     EXPECT_EQ(runTool({"save", "--set", "FG_WIDTH=512"}).exitCode, 2);
     EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("folder.mcf"));
@@ -192,21 +184,22 @@ TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
 
 TEST_F(ConfigurationTest, SetRefusesWithoutTouchingTheFile) {
     const std::string text = save("camera.mcf");
-    const ToolResult refused = runTool({"set", "--config", file("camera.mcf"), "FG_HEIGHT=300", "FG_WIDTH=1000"});
+    const ToolResult refused =
+        runTool({"set", "--config", mFolder.file("camera.mcf"), "FG_HEIGHT=300", "FG_WIDTH=1000"});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.errors, HasSubstr("FG_WIDTH = 1000 refused: not a multiple of the step 16"));
-    EXPECT_EQ(readText(mFolder / "camera.mcf"), text);
+    EXPECT_EQ(mFolder.content("camera.mcf"), text);
     const ToolResult bare = runTool({"set", "FG_WIDTH=512"});
     EXPECT_EQ(bare.exitCode, 2);
     EXPECT_THAT(bare.errors, AllOf(HasSubstr("nothing outlives"), HasSubstr("--config FILE"),
                                    HasSubstr("--set NAME=VALUE"), HasSubstr("quillon shell")));
-    EXPECT_EQ(runTool({"set", "--config", file("camera.mcf")}).exitCode, 2);
-    const ToolResult absent = runTool({"set", "--config", file("new.mcf"), "FG_WIDTH=512"});
+    EXPECT_EQ(runTool({"set", "--config", mFolder.file("camera.mcf")}).exitCode, 2);
+    const ToolResult absent = runTool({"set", "--config", mFolder.file("new.mcf"), "FG_WIDTH=512"});
     EXPECT_EQ(absent.exitCode, 3);
     EXPECT_THAT(absent.errors, AllOf(HasSubstr("there is no configuration file"), HasSubstr("--create")));
     EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("camera.mcf"));
-    EXPECT_EQ(runTool({"set", "--config", file("new.mcf"), "--create", "FG_WIDTH=512"}).exitCode, 0);
-    EXPECT_THAT(readText(mFolder / "new.mcf"), HasSubstr("\nFG_WIDTH=512;\n"));
+    EXPECT_EQ(runTool({"set", "--config", mFolder.file("new.mcf"), "--create", "FG_WIDTH=512"}).exitCode, 0);
+    EXPECT_THAT(mFolder.content("new.mcf"), HasSubstr("\nFG_WIDTH=512;\n"));
 }
 
 }  // namespace tooltest

@@ -57,7 +57,7 @@ TEST_F(EnvironmentTest, MissingRuntimeLibrariesAreNamedWithTheirPlace) {
 }
 
 TEST_F(EnvironmentTest, FilesThatAreNoAppletAreRefused) {
-    const ToolResult absent = run({"info", "--applet", (mFolder / "absent.so").string()});
+    const ToolResult absent = run({"info", "--applet", mFolder.file("absent.so")});
     EXPECT_EQ(absent.exitCode, 3);
     EXPECT_THAT(absent.errors, HasSubstr("there is no applet library"));
     const ToolResult text = run({"info", "--applet", "/etc/passwd"});

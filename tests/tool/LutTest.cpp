@@ -22,8 +22,6 @@ using testing::Not;
 
 class LutTest : public testing::Test {
 protected:
-    std::string file(const std::string& name) const { return (mFolder / name).string(); }
-
     /// Writes a file of one gray table; point i of it has the output \p step * i.
     void writeLut(const std::string& name, double step) const {
         std::ofstream stream(mFolder / name);
@@ -45,15 +43,16 @@ TEST_F(LutTest, ProcessingTakesItsStepsInOrder) {
 }
 
 TEST_F(LutTest, ShowDrawsTheCurveThatTakesEffect) {
-    const ToolResult straight = runTool({"lut", "show", "--output", file("straight.png")});
+    const ToolResult straight = runTool({"lut", "show", "--output", mFolder.file("straight.png")});
     ASSERT_EQ(straight.exitCode, 0) << straight.errors;
     EXPECT_THAT(straight.output, ContainsRegex("\n0.250 +0.250000 +0.250000\n"));
-    const ToolResult bent = runTool({"lut", "show", "--output", file("bent.png"), "--set", "FG_KNEE_LUT_GAMMA=2"});
+    const ToolResult bent =
+        runTool({"lut", "show", "--output", mFolder.file("bent.png"), "--set", "FG_KNEE_LUT_GAMMA=2"});
     ASSERT_EQ(bent.exitCode, 0) << bent.errors;
     EXPECT_THAT(bent.output, AllOf(HasSubstr("offset 0, gain 1, gamma 2, not inverted\n"),
                                    ContainsRegex("\n0.250 +0.250000 +0.500000\n")));
-    const GrayPicture first = readPicture(file("straight.png"));
-    const GrayPicture second = readPicture(file("bent.png"));
+    const GrayPicture first = readPicture(mFolder.file("straight.png"));
+    const GrayPicture second = readPicture(mFolder.file("bent.png"));
     EXPECT_NE(first, second);
     // The plot begins at (84, 68) and has a side of 512: a quarter of the input stands in column 212.
     const auto at = [](const GrayPicture& picture, uint32_t x, uint32_t y) {
@@ -67,20 +66,22 @@ TEST_F(LutTest, ShowDrawsTheCurveThatTakesEffect) {
 
 TEST_F(LutTest, SavedCurvesAreLoadedAgain) {
     writeLut("half.lut", 0.5 / 1024);
-    const ToolResult loaded = runTool({"lut", "load", file("half.lut"), "--set", "knee_lut_scale=2"});
+    const ToolResult loaded = runTool({"lut", "load", mFolder.file("half.lut"), "--set", "knee_lut_scale=2"});
     ASSERT_EQ(loaded.exitCode, 0) << loaded.errors;
     EXPECT_THAT(loaded.output, ContainsRegex("\n1.000 +0.500000 +1.000000\n"));
-    ASSERT_EQ(runTool({"set", "--config", file("camera.mcf"), "--create", "FG_KNEE_LUT_FILE=" + file("half.lut"),
-                       "FG_KNEE_LUT_SAVE_LOAD_FILE=load_lut_from_file"})
+    ASSERT_EQ(runTool({"set", "--config", mFolder.file("camera.mcf"), "--create",
+                       "FG_KNEE_LUT_FILE=" + mFolder.file("half.lut"), "FG_KNEE_LUT_SAVE_LOAD_FILE=load_lut_from_file"})
                   .exitCode,
               0);
-    const ToolResult saved = runTool({"lut", "save", file("again.lut"), "--config", file("camera.mcf")});
+    const ToolResult saved =
+        runTool({"lut", "save", mFolder.file("again.lut"), "--config", mFolder.file("camera.mcf")});
     ASSERT_EQ(saved.exitCode, 0) << saved.errors;
     const std::string json =
-        runTool({"lut", "save", file("again.lut"), "--config", file("camera.mcf"), "--json"}).output;
-    EXPECT_EQ(nlohmann::json::parse(json)["file"], file("again.lut"));
-    EXPECT_THAT(runTool({"lut", "load", file("again.lut")}).output, ContainsRegex("\n0.500 +0.250000 +0.250000\n"));
-    EXPECT_THAT(runTool({"diff", file("camera.mcf")}).output,
+        runTool({"lut", "save", mFolder.file("again.lut"), "--config", mFolder.file("camera.mcf"), "--json"}).output;
+    EXPECT_EQ(nlohmann::json::parse(json)["file"], mFolder.file("again.lut"));
+    EXPECT_THAT(runTool({"lut", "load", mFolder.file("again.lut")}).output,
+                ContainsRegex("\n0.500 +0.250000 +0.250000\n"));
+    EXPECT_THAT(runTool({"diff", mFolder.file("camera.mcf")}).output,
                 ContainsRegex("FG_KNEE_LUT0 +[0-9.]+ at point 1 +[0-9.]+ at point 1, the first of 1024 that differ"));
     EXPECT_THAT(filesIn(mFolder.path()), ElementsAre("again.lut", "camera.mcf", "half.lut"));
 }
@@ -95,20 +96,20 @@ TEST_F(LutTest, RefusedFilesAreNamedWithReason) {
              {std::string(250, 'x') + ".lut", 3, "there is no such file"},
     }) {
         SCOPED_TRACE(name);
-        const ToolResult result = runTool({"lut", "load", file(name)});
+        const ToolResult result = runTool({"lut", "load", mFolder.file(name)});
         EXPECT_EQ(result.exitCode, exitCode);
-        EXPECT_THAT(result.errors, AllOf(HasSubstr(file(name)), HasSubstr(reason)));
+        EXPECT_THAT(result.errors, AllOf(HasSubstr(mFolder.file(name)), HasSubstr(reason)));
     }
     for (const Arguments& arguments : {
              Arguments{"lut"},
              {"lut", "load"},
-             {"lut", "save", file("curve.txt")}
+             {"lut", "save", mFolder.file("curve.txt")}
     }) {
         EXPECT_EQ(runTool(arguments).exitCode, 2);
     }
-    EXPECT_EQ(runTool({"lut", "save", file("absent/curve.lut")}).exitCode, 3);
-    std::ofstream(mFolder / "text.lut") << "no table at all\n";
-    const ToolResult text = runTool({"lut", "load", file("text.lut")});
+    EXPECT_EQ(runTool({"lut", "save", mFolder.file("absent/curve.lut")}).exitCode, 3);
+    mFolder.write("text.lut", "no table at all\n");
+    const ToolResult text = runTool({"lut", "load", mFolder.file("text.lut")});
     EXPECT_EQ(text.exitCode, 0);
     EXPECT_THAT(text.errors, AllOf(HasSubstr("every point is 0"), HasSubstr("text.lut")));
 }

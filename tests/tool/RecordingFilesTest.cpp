@@ -57,7 +57,7 @@ protected:
 
     /// Acquires the camera's pictures whole.
     ToolResult acquire(const std::string& count, const std::string& output, const Arguments& more = {}) const {
-        Arguments arguments{"acquire",  "-n",    count,       "--camera", (mFolder / "camera").string(), "--set",
+        Arguments arguments{"acquire",  "-n",    count,       "--camera", mFolder.file("camera"),     "--set",
                             "WIDTH=96", "--set", "HEIGHT=65", "--output", (mFolder / output).string()};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return runTool(arguments, kFast);
@@ -73,8 +73,7 @@ TEST_F(RecordingFilesTest, TiffAndRawFilesHoldEveryPicture) {
     ASSERT_EQ(acquire("2", "one%d.TIF").exitCode, 0);
     EXPECT_THAT(readTiff(mFolder / "one2.TIF"), ElementsAre(mInputs[1]));
     ASSERT_EQ(acquire("2", "all.raw").exitCode, 0);
-    std::ifstream raw(mFolder / "all.raw", std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(raw)), std::istreambuf_iterator<char>());
+    const std::string bytes = mFolder.content("all.raw");
     const auto& second = mInputs[1].pixels;
     ASSERT_EQ(bytes.size(), 2 * second.size());
     EXPECT_EQ(std::memcmp(bytes.data() + second.size(), second.data(), second.size()), 0);
@@ -85,8 +84,7 @@ TEST_F(RecordingFilesTest, FullDiskKeepsTheWholePagesThatFitted) {
         SCOPED_TRACE(ending);
         const std::string file = (mFolder / ("all." + ending)).string();
         const ToolResult result = runOnFullDisk(
-            40,
-            "acquire -n 20 --camera " + (mFolder / "camera").string() + " --set WIDTH=96 HEIGHT=65 --output " + file,
+            40, "acquire -n 20 --camera " + mFolder.file("camera") + " --set WIDTH=96 HEIGHT=65 --output " + file,
             kFast);
         EXPECT_EQ(result.exitCode, 3);
         EXPECT_THAT(result.errors, AllOf(HasSubstr("all." + ending), HasSubstr("File too large")));
@@ -113,8 +111,8 @@ TEST_F(RecordingFilesTest, PngIsExactWhateverItsCoding) {
     writePgm(mFolder / "two" / "b.pgm", smooth);
     std::array<uintmax_t, 2> sizes{};
     for (const bool isSmall : {false, true}) {
-        Arguments arguments{"acquire",   "-n",    "2",          "--camera", (mFolder / "two").string(),    "--set",
-                            "WIDTH=512", "--set", "HEIGHT=512", "--output", (mFolder / "n%d.png").string()};
+        Arguments arguments{"acquire",   "-n",    "2",          "--camera", mFolder.file("two"),    "--set",
+                            "WIDTH=512", "--set", "HEIGHT=512", "--output", mFolder.file("n%d.png")};
         if (isSmall) arguments.emplace_back("--compress");
         ASSERT_EQ(runTool(arguments, kFast).exitCode, 0);
         EXPECT_EQ(readPicture(mFolder / "n1.png"), noise);
@@ -129,7 +127,7 @@ TEST_F(RecordingFilesTest, PicturesThatTheDiskWasTooSlowForAreCountedAsSuch) {
     // Pictures come every millisecond, and their smallest PNG takes longer.
     const Arguments arguments{"acquire",    "-n",        "400",
                               "--set",      "WIDTH=512", "--set",
-                              "HEIGHT=512", "--output",  (mFolder / "out/p%d.png").string(),
+                              "HEIGHT=512", "--output",  mFolder.file("out/p%d.png"),
                               "--buffers",  "2",         "--compress"};
     const Environment quick{
         {"TAVO_SIM_RATE", "1000"}
@@ -149,7 +147,7 @@ TEST_F(RecordingFilesTest, PicturesThatTheDiskWasTooSlowForAreCountedAsSuch) {
 }
 
 TEST_F(RecordingFilesTest, HistogramSheetShowsThePictureAndItsCounts) {
-    ASSERT_EQ(acquire("3", "p%d.pgm", {"--histogram", (mFolder / "h.png").string()}).exitCode, 0);
+    ASSERT_EQ(acquire("3", "p%d.pgm", {"--histogram", mFolder.file("h.png")}).exitCode, 0);
     const GrayPicture sheet = readPicture(mFolder / "h.png");
     EXPECT_EQ(sheet.crop(20, 20, 96, 65), mInputs[2]);
     for (const char* bad : {"/no/such/folder/h.png", "h.jpg"}) {

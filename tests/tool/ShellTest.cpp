@@ -22,7 +22,7 @@ using testing::Not;
 class ShellTest : public testing::Test {
 protected:
     std::string script(const std::string& text) const {
-        const std::string path = (mFolder / "script.txt").string();
+        const std::string path = mFolder.file("script.txt");
         std::ofstream(path) << text;
         return path;
     }
@@ -84,7 +84,7 @@ TEST_F(ShellTest, FailuresNameTheLineAndDecideTheExitCode) {
     const ToolResult first = runTool({"shell", script("bogus\nget height\n")});
     EXPECT_EQ(first.exitCode, 1);
     EXPECT_THAT(first.output, Not(HasSubstr("FG_HEIGHT")));
-    EXPECT_EQ(runTool({"shell", (mFolder / "absent").string()}).exitCode, 3);
+    EXPECT_EQ(runTool({"shell", mFolder.file("absent")}).exitCode, 3);
 }
 
 }  // namespace
@@ -100,7 +100,7 @@ TEST_F(ShellTest, SoftwareTriggersAreSentWhileTheAcquisitionRuns) {
 TEST_F(ShellTest, SignalsEndAScript) {
     for (const int signal : {SIGINT, SIGTERM}) {
         ToolProcess tool(toolPath(),
-                         {"shell", script("start --output " + (mFolder / "out/s%d.raw").string() + "\nsleep 60\n")});
+                         {"shell", script("start --output " + mFolder.file("out/s%d.raw") + "\nsleep 60\n")});
         for (int i = 0; i < 2000 && filesIn(mFolder / "out").size() < 4; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }

@@ -116,17 +116,6 @@ ToolResult runOnFullDisk(int blocks, const std::string& words, Environment envir
     return runShell("ulimit -f " + std::to_string(blocks) + "; exec \"$1\" " + words, environment);
 }
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "quillon-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    mPath = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(mPath, ignored);
-}
-
 std::vector<std::string> filesIn(const std::filesystem::path& folder) {
     std::vector<std::string> names;
     if (!std::filesystem::exists(folder)) return names;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/TemporaryFolder.h"
+
 namespace tooltest {
 
 /// How a program ended and what it wrote.
@@ -46,21 +48,6 @@ ToolResult runShell(const std::string& command, const Environment& environment =
 /// Runs the staged tool with \p words where no file may have more than \p blocks of 512 bytes: a write fails in its
 /// middle then, as on a full disk. What is measured of the tool goes nowhere, so that it does not end up cut.
 ToolResult runOnFullDisk(int blocks, const std::string& words, Environment environment = {});
-
-/// A folder of the test's own that goes with it.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
-
-    const std::filesystem::path& path() const { return mPath; }
-    std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
-
-private:
-    std::filesystem::path mPath;
-};
 
 /// \return the names of all files in \p folder, hidden ones included, sorted
 std::vector<std::string> filesIn(const std::filesystem::path& folder);
