@@ -63,6 +63,4 @@ TEST(AppletInfoTest, PortCountDependsOnThePortType) {
     }
 }
 
-using AppletInfoGrabberTest = GrabberTest;
-
 }  // namespace

@@ -72,20 +72,6 @@ protected:
         };
     }
 
-    ~BoardTest() override {
-        m_PTavoGetVirtualUserBuffer = nullptr;
-        m_PTavoFreeVirtualUserBuffer = nullptr;
-        m_PTavoAddUserBuffer = nullptr;
-        m_PTavoDelUserBuffer = nullptr;
-        m_PTavoGetNrOfSubbuffer = nullptr;
-        m_PTavoGetBufferSize = nullptr;
-        m_PTavoDmaStartWrite = nullptr;
-        m_PTavoGetDmaTimeStamp = nullptr;
-        m_PTavoGetDmaTimeStampLong = nullptr;
-        m_PTavoDataQueueReadBufferLong = nullptr;
-        m_PTavoDataQueueClear = nullptr;
-    }
-
     dma_mem* const mMemory = FakeBoard::memory();
 };
 

@@ -71,7 +71,7 @@ TEST_F(CCSignalTest, InputsAreReadWheneverTheyAreAskedFor) {
     board.setValue("AATrg_DigitalIn", 7);
     EXPECT_EQ(get<unsigned>(FG_DIGIO_INPUT, 1), 7u);
     EXPECT_THAT(board.events, ElementsAre("read AATrg_DigitalIn", "read AATrg_DigitalIn"));
-    board.readFailures["AATrg_DigitalIn"] = -3;
+    board.failRead("AATrg_DigitalIn", -3);
     EXPECT_EQ(get<unsigned>(FG_DIGIO_INPUT), 0xFFFFFFFFu);
     EXPECT_EQ(set(FG_DIGIO_INPUT, 1), -8010);
     EXPECT_EQ(load(FG_DIGIO_INPUT, 1), -1);

@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "StandardApplets/grabber_basis/PSFx4/PSControl.h"
 #include "tests/core/GrabberTest.h"
 
@@ -17,15 +15,6 @@ protected:
         board.clearEvents();
     }
     RSControl& control() { return *master().getController(); }
-    /// \return what a text query answers
-    std::string query(int id, const std::string& name, int expected = 0) {
-        char buffer[1100];
-        std::memset(buffer, '#', sizeof buffer);
-        std::memcpy(buffer, name.c_str(), name.size() + 1);
-        EXPECT_EQ(Fg_getParameterWithType(handle(), id, buffer, 0, FG_PARAM_TYPE_CHAR_PTR), expected);
-        EXPECT_EQ(buffer[1024], '#') << "written beyond 1024 bytes";
-        return buffer;
-    }
 };
 
 TEST_F(ControlTest, IdentityAndClocksReadAsTheyAre) {
@@ -144,7 +133,5 @@ TEST_F(ControlTest, ResetPulseAndGlobalWorkReadTheStatusAfterEachWrite) {
     EXPECT_EQ(control().writeReset(1), -60);
     EXPECT_EQ(board.events.size(), 12U);
 }
-
-using ControlRegisterTest = ModuleTest;
 
 }  // namespace

@@ -41,11 +41,8 @@ int registerWrite(FgDevice*, int handle, uint64_t value) {
     note("write " + name + " " + std::to_string(value));
     if (board().failingWriteCountdown > 0 && --board().failingWriteCountdown == 0) return board().failingWriteCode;
     if (found == nullptr || found->direction != 1) return kBadHandle;
-    if (const auto failure = board().writeFailures.find(name); failure != board().writeFailures.end()) {
-        if (failure->second != 0) return failure->second;
-    }
+    if (const int failure = board().failures["write " + name]; failure != 0) return failure;
     found->value = value;
-    if (board().onWrite) board().onWrite(name, value);
     return 0;
 }
 
@@ -53,9 +50,7 @@ int registerRead(FgDevice*, int handle, uint64_t* value) {
     const FakeBoard::Register* found = board().find(handle);
     if (found == nullptr) return kBadHandle;
     note("read " + found->name);
-    if (const auto failure = board().readFailures.find(found->name); failure != board().readFailures.end()) {
-        return failure->second;
-    }
+    if (const int failure = board().failures["read " + found->name]; failure != 0) return failure;
     *value = found->value;
     return 0;
 }
@@ -63,8 +58,7 @@ int registerRead(FgDevice*, int handle, uint64_t* value) {
 void installBoard() {
     m_PTavoRegisterWrite = &registerWrite;
     m_PTavoRegisterRead = &registerRead;
-    m_PTavoConfigureFpga = [](FgDevice*, fpga_design*) { return answer("configure", board().configureResult); };
-    m_PTavoConfigureSlave = [](FgDevice*, fpga_design*) { return answer("configure slave", board().configureResult); };
+    m_PTavoConfigureFpga = [](FgDevice*, fpga_design*) { return answer("configure", 0); };
     m_PTavoGetCameraStatusExtended = [](FgDevice*, unsigned connector) {
         return answer(line("status %u", connector), board().cameraStatus[connector]);
     };
@@ -92,12 +86,10 @@ void installBoard() {
 }
 
 void installDesign() {
-    m_PHapLoadHapFileWithType = [](const char* name, int boardType, int flag) {
-        return answer("load " + std::string(name) + line(" type=%d flag=%d", boardType, flag), board().externalDesign);
-    };
+    m_PHapLoadHapFileWithType = [](const char*, int, int) -> fpga_design* { return nullptr; };
     m_PHapLoadDesignFromBuffer = [](const void* data, size_t length, int flag) {
-        note(line("load embedded size=%zu flag=%d%s", length, flag, data == nullptr ? " null" : ""));
-        return board().embeddedDesign;
+        return answer(line("load embedded size=%zu flag=%d%s", length, flag, data == nullptr ? " null" : ""),
+                      FakeBoard::design());
     };
     m_PHapUnloadHapFile = [](fpga_design*) { return answer("unload", 0); };
     m_PHapGetRegisterByName = [](fpga_design*, const char* name) { return registerHandle(name); };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -40,8 +39,9 @@ public:
 
     void removeRegister(const std::string& name);
     void setWidth(const std::string& name, int width);
-    /// Lets every write to a register fail with a code; 0 lets it pass again.
-    void failWrite(const std::string& name, int code) { writeFailures[name] = code; }
+    /// Let every access to a register fail with a code; 0 lets it pass again.
+    void failWrite(const std::string& name, int code) { failures["write " + name] = code; }
+    void failRead(const std::string& name, int code) { failures["read " + name] = code; }
     /// Lets the n-th write (from 1, counted from now) to any register fail.
     void failNthWrite(int n, int code);
     /// \return the value that the register holds; -1 in all bits when there is none
@@ -56,13 +56,8 @@ public:
 
     std::vector<Register> registers;  ///< handle k is registers[k - 1]
     std::vector<std::string> events;
-    std::map<std::string, int> writeFailures;
-    std::map<std::string, int> readFailures;
-    std::map<unsigned, int> cameraStatus;                                  ///< by connector; 0 where missing
-    std::function<void(const std::string& name, uint64_t value)> onWrite;  ///< called after a register took a value
-    fpga_design* embeddedDesign = design();                                ///< what loading the embedded image gives
-    fpga_design* externalDesign = nullptr;                                 ///< what loading the external file gives
-    int configureResult = 0;
+    std::map<std::string, int> failures;   ///< by "write NAME" and "read NAME"
+    std::map<unsigned, int> cameraStatus;  ///< by connector; 0 where missing
     int startResult = 0;
     int stopResult = 0;
     int testResult = 0;

@@ -74,7 +74,6 @@ protected:
     int open() {
         int err = -999;
         mHandle.Master = Std_entry(FakeBoard::device(), &err, 0);
-        mStartUpEvents = board.events;
         board.clearEvents();
         return err;
     }
@@ -85,7 +84,6 @@ protected:
     void TearDown() override { free(); }
 
     FakeBoard board;
-    std::vector<std::string> mStartUpEvents;
 };
 
 /// A master over a fake board without any feature module, for tests that build their own modules.

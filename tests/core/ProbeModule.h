@@ -33,17 +33,16 @@ public:
     int getParamFromRs(int id, void* val, unsigned port) override {
         note("get " + std::to_string(id) + " port=" + std::to_string(port));
         putValue(val, 4711);
-        return getResult;
+        return 0;
     }
-    int setParamToRs(int id, const void* val, unsigned port) override {
+    int setParamToRs(int id, const void*, unsigned port) override {
         note("set " + std::to_string(id) + " port=" + std::to_string(port));
-        lastValue = val;
         if (portToSet >= 0) setActivePort(portToSet);
         return setResult;
     }
     int checkParam(int id, const void*, unsigned port) override {
         note("check " + std::to_string(id) + " port=" + std::to_string(port));
-        return checkResult;
+        return 0;
     }
     int addStandardPS(unsigned port, bool updateDefault) override {
         note("describe port=" + std::to_string(port) + " defaults=" + std::to_string(updateDefault));
@@ -53,12 +52,9 @@ public:
     const char* getDocModuleURL(int) override { return "probe.html"; }
 
     int setResult = 0;
-    int getResult = 0;
-    int checkResult = 0;
     int allResult = 0;
     int portToSet = -1;  ///< the active port that a write sets; -1 sets none
     std::map<int, int> updateResults;
-    const void* lastValue = nullptr;
 
 private:
     void note(const std::string& call) { mCalls.push_back(mName + ": " + call); }

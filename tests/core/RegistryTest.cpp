@@ -128,22 +128,4 @@ TEST_F(RegistryTest, InvalidatedDescriptionsAreRedoneBeforeTheUpdate) {
     EXPECT_EQ(calls.size(), 2U);
 }
 
-/// A module that lacks one of the description steps.
-class StepsModule : public RSMaster {
-public:
-    explicit StepsModule(Fg_StdMaster* master) : RSMaster(master) {}
-    int getParamFromRs(int, void*, unsigned) override { return 0; }
-    int setParamToRs(int, const void*, unsigned) override { return 0; }
-    void setDescriptions() override { steps += "d"; }
-    void setLimits(unsigned, bool updateDefault) override { steps += updateDefault ? "L" : "l"; }
-    void setFlags(unsigned port) override {
-        steps += "f";
-        if (lacksFlags) RSMaster::setFlags(port);
-    }
-    void setRegisterInfoTree(unsigned) override { steps += "t"; }
-    const char* getDocModuleURL(int) override { return nullptr; }
-    std::string steps;
-    bool lacksFlags = false;
-};
-
 }  // namespace

@@ -23,7 +23,7 @@ TEST_F(SoftwareTriggerTest, ATriggerIsOnePulse) {
     EXPECT_EQ(eventsOf(1), "read ImgBusy");
     EXPECT_EQ(mResult, FG_SOFTWARE_TRIGGER_BUSY);
     EXPECT_EQ(lastError(), FG_SOFTWARE_TRIGGER_BUSY);
-    board.readFailures["AATrg_ImgBusy"] = -20;
+    board.failRead("AATrg_ImgBusy", -20);
     EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 1), FG_OK) << "a busy flag that cannot be read";
     board.failWrite("AATrg_ImgSwSet", -20);
     EXPECT_EQ(set(FG_SENDSOFTWARETRIGGER, 1), FG_OK) << "the writes are not looked at";
@@ -80,7 +80,5 @@ TEST_F(SoftwareTriggerTest, OtherModesRefuse) {
         EXPECT_THAT(board.events, IsEmpty()) << mode;
     }
 }
-
-class TriggerRangeTest : public AreaTriggerFixture {};
 
 }  // namespace
