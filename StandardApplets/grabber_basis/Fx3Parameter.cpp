@@ -77,7 +77,7 @@ int Fx3Parameter::checkParameter(const void* value, unsigned int port, FgParamTy
         mParent->getFgBase()->getImageControl()->getImageDMATransferActive(static_cast<int>(port))) {
         return FG_ACQUISITION_RUNNING;
     }
-    return checkByType(value, port, type);
+    return value == nullptr ? FG_INVALID_ARGUMENT : checkByType(value, port, type);
 }
 
 int Fx3Parameter::checkByType(const void* value, unsigned int port, FgParamTypes type) const {

@@ -129,8 +129,9 @@ public:
 
     /// Tests a value before it is written; changes nothing.
     /// \return 0, or the first that applies: FG_INVALID_PORT, FG_NOT_WRITABLE, FG_ACQUISITION_RUNNING,
-    ///         FG_TYPE_NOT_SUPPORTED for a record without a known type, FG_INVALID_ARGUMENT for a tag that does not
-    ///         fit, FG_VALUE_OUT_OF_RANGE, FG_NOT_A_STEP; for TYPE_OTHER the module's answer
+    ///         FG_INVALID_ARGUMENT for null, FG_TYPE_NOT_SUPPORTED for a record without a known type,
+    ///         FG_INVALID_ARGUMENT for a tag that does not fit, FG_VALUE_OUT_OF_RANGE, FG_NOT_A_STEP;
+    ///         for TYPE_OTHER the module's answer
     [[nodiscard]] int checkParameter(const void* value, unsigned int port, FgParamTypes type) const;
 
     /// \return whether the type is one of the six

@@ -130,11 +130,11 @@ int Fx3ParameterHeader::setParameterById(int id, const void* Value, unsigned int
     if (record == nullptr) return FG_INVALID_ARGUMENT;
     if (!isPort(port)) return FG_INVALID_PORT;
     if (record->mParent->getFgBase()->getIsMedium() && port != 0) return FG_INVALID_PORT;
-    if (Value == nullptr) return FG_INVALID_ARGUMENT;
     const int formerActivePort = record->mParent->getActivePort();
     if (check) {
         if (const int refused = record->checkParameter(Value, port, type); refused != FG_OK) return refused;
     }
+    if (Value == nullptr) return FG_INVALID_ARGUMENT;
     if (record->hasKnownType()) {
         if (const int failed = record->setToRegister(port, Value); failed != FG_OK) return failed;
     }

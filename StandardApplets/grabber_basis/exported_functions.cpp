@@ -78,7 +78,7 @@ frameindex_t Fg_getLastPicNumberBlockingEx(Fg_Struct* Fg, frameindex_t PicNr, in
 
 int Fg_FreeGrabber(Fg_Struct* Fg) {
     return guarded([&] {
-        const std::unique_ptr<Fg_Master> owned(Fg->Master);  // taken back from the host
+        const std::unique_ptr<Fg_Master> owned(Fg == nullptr ? nullptr : Fg->Master);  // taken back from the host
         return FG_OK;
     });
 }

@@ -239,11 +239,19 @@ void Fg_ParameterInfo::replaceEntries(RegisterInfo& node, std::span<const EnumFi
         target.enumDefName[i] = copyText(entries[i].defName);
         target.enumValues[i] = static_cast<int32_t>(entries[i].value);
     }
-    // The old arrays leave with the helper node.
-    std::swap(node.u.eReg.nrOfElements, target.nrOfElements);
-    std::swap(node.u.eReg.enumNames, target.enumNames);
-    std::swap(node.u.eReg.enumValues, target.enumValues);
-    std::swap(node.u.eReg.enumDefName, target.enumDefName);
+    // The old texts, and arrays of another size, leave with the helper node.
+    EnumReg& old = node.u.eReg;
+    if (old.nrOfElements == target.nrOfElements) {
+        const auto count = static_cast<size_t>(target.nrOfElements);
+        std::swap_ranges(old.enumNames, old.enumNames + count, target.enumNames);
+        std::swap_ranges(old.enumDefName, old.enumDefName + count, target.enumDefName);
+        std::copy_n(target.enumValues, count, old.enumValues);
+    } else {
+        std::swap(old.nrOfElements, target.nrOfElements);
+        std::swap(old.enumNames, target.enumNames);
+        std::swap(old.enumValues, target.enumValues);
+        std::swap(old.enumDefName, target.enumDefName);
+    }
 }
 
 void Fg_ParameterInfo::replaceFileExtension(RegisterInfo& node, const char* fileExt) {

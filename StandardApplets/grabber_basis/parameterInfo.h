@@ -85,7 +85,8 @@ public:
     /// \return 0; FG_OUT_OF_RESOURCES; FG_INVALID_ARGUMENT for an element that the node does not have
     int addEnumNameValue(RegisterInfo* reg, int element, const char* name, int value, const char* defname);
 
-    /// Replaces the entries of an enumeration node in place; the old texts are released.
+    /// Replaces the entries of an enumeration node in place; the old texts are released. The arrays stay while their
+    /// size does.
     static void replaceEntries(RegisterInfo& node, std::span<const EnumField> entries);
     /// Replaces the file name pattern of a text node in place; \p fileExt may be null.
     static void replaceFileExtension(RegisterInfo& node, const char* fileExt);

@@ -40,8 +40,8 @@ FABRIX_EXPORT int Info(const enum AppletInfos cmd, const int arg1, const int arg
 FABRIX_EXPORT int Fg_getAppletId(Fg_Struct* Fg, const char* Appletname);
 
 /// Writes a parameter. The first test that fails gives the result and changes nothing: unknown identifier
-/// FG_INVALID_ARGUMENT, port FG_INVALID_PORT, null value FG_INVALID_ARGUMENT, access FG_NOT_WRITABLE, running
-/// acquisition FG_ACQUISITION_RUNNING, tag FG_INVALID_ARGUMENT, limits FG_VALUE_OUT_OF_RANGE, step FG_NOT_A_STEP.
+/// FG_INVALID_ARGUMENT, port FG_INVALID_PORT, access FG_NOT_WRITABLE, running acquisition FG_ACQUISITION_RUNNING,
+/// null value FG_INVALID_ARGUMENT, tag FG_INVALID_ARGUMENT, limits FG_VALUE_OUT_OF_RANGE, step FG_NOT_A_STEP.
 /// \param Value a 32-bit integer, a double or a text, as the parameter's type says
 /// \param type an integer tag for integers and enumerations, FG_PARAM_TYPE_DOUBLE for doubles, or
 ///        FG_PARAM_TYPE_AUTO for any
@@ -100,7 +100,7 @@ FABRIX_EXPORT frameindex_t Fg_getLastPicNumberEx(Fg_Struct* Fg, int CamPort, dma
 FABRIX_EXPORT frameindex_t Fg_getLastPicNumberBlockingEx(Fg_Struct* Fg, frameindex_t PicNr, int CamPort, int Timeout,
                                                          dma_mem* pMem);
 
-/// Destroys the grabber; the handle itself stays the host's. A null `Master` is accepted.
+/// Destroys the grabber; the handle itself stays the host's. Null, or a null `Master`, is accepted.
 /// \return 0
 FABRIX_EXPORT int Fg_FreeGrabber(Fg_Struct* Fg);
 

@@ -38,6 +38,7 @@ TEST_F(CompositionTest, GrabbersAreIndependent) {
     EXPECT_EQ(set(12345, 1), -2070);
     EXPECT_EQ(Fg_getLastErrorNumber(&other), 0);
     EXPECT_EQ(Fg_FreeGrabber(&other), 0);
+    EXPECT_EQ(Fg_FreeGrabber(nullptr), 0);
     EXPECT_EQ(get(FG_WIDTH), 512);
 }
 

@@ -23,6 +23,7 @@ TEST_F(KneeFileTest, ActionsSaveAndLoadTheGrayTable) {
     board.clearEvents();
     EXPECT_EQ(set(FG_KNEE_LUT_SAVE_LOAD_FILE, 0), 0);
     EXPECT_EQ(curve(), level(0.125));
+    EXPECT_EQ(knee->getLut(0, 0)->format, 3U);
     EXPECT_EQ(segment(7, 7)[0], "AAKneeLutStart 8192");
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <tuple>
 
 #include "StandardApplets/grabber_basis/parameterInfo.h"
@@ -30,6 +31,29 @@ TEST_F(ParameterInfoTest, EveryLeafHasItsKindAndUnionMembers) {
     const int formats[] = {REG_FORMAT_UINT,      REG_FORMAT_INT64,       REG_FORMAT_UINT64, REG_FORMAT_INTFIELD,
                            REG_FORMAT_UINTFIELD, REG_FORMAT_DOUBLEFIELD, REG_FORMAT_STRING, REG_FORMAT_STRING};
     for (int i = 0; i < 8; ++i) EXPECT_EQ(group->u.gReg.elements[i]->format, formats[i]) << i;
+}
+
+TEST_F(ParameterInfoTest, EntriesOfTheSameCountKeepTheirArrays) {
+    RegisterInfo* node = tree.addInfoEnum(tree.addGroupInfo(0, nullptr, "G"), kLeaf, 2);
+    const EnumReg& entries = node->u.eReg;
+    constexpr std::array<EnumField, 3> kFields{
+        {{"Off", 0, "FG_OFF"}, {"On", 7, nullptr}, {"Auto", 4294967295U, "FG_AUTO"}}
+    };
+    const auto* names = entries.enumNames;
+    const auto* values = entries.enumValues;
+    const auto* definitions = entries.enumDefName;
+    for (const size_t first : {0U, 1U}) {
+        Fg_ParameterInfo::replaceEntries(*node, std::span(kFields).subspan(first, 2));
+        EXPECT_EQ(std::tuple(entries.enumNames, entries.enumValues, entries.enumDefName),
+                  std::tuple(names, values, definitions));
+        EXPECT_STREQ(entries.enumNames[0], kFields[first].name);
+        EXPECT_EQ(entries.enumValues[0], static_cast<int>(kFields[first].value));
+        EXPECT_STREQ(entries.enumDefName[1], kFields[first + 1].defName);
+    }
+    Fg_ParameterInfo::replaceEntries(*node, kFields);
+    EXPECT_EQ(entries.nrOfElements, 3);
+    EXPECT_STREQ(entries.enumNames[2], "Auto");
+    EXPECT_EQ(entries.enumValues[2], -1);
 }
 
 }  // namespace

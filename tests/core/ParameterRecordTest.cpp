@@ -146,6 +146,7 @@ TEST_F(ParameterRecordTest, AccessAndAcquisitionComeBeforeTagAndLimits) {
         record.access.accessFlag[0] = c.access;
         master().getImageControl()->setImageDMATransferActive(0, c.running);
         EXPECT_EQ(check(record, 99, 0, FG_PARAM_TYPE_DOUBLE), c.code);
+        EXPECT_EQ(record.checkParameter(nullptr, 0, FG_PARAM_TYPE_AUTO), c.code) << "no value";
     }
     EXPECT_EQ(check(record, 99, 1), -6000);
     EXPECT_THAT(calls, IsEmpty());

@@ -183,6 +183,7 @@ int PSKneeLut::loadLutFile(unsigned int port) {
     for (unsigned table = 0; table < kTables; ++table) {
         read[table].record().id = table;
         read[table].record().nrOfElements = kKneePoints;
+        read[table].record().format = kKneeFormat;
     }
     const int result = isColor(port)
                            ? lutParser.getLutFromFile(name, &read[0].record(), &read[1].record(), &read[2].record())

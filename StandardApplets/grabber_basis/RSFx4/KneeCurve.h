@@ -4,11 +4,15 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 /// Segments of a curve in the FPGA; segment i runs from support point i to point i + 1.
 constexpr size_t kKneeSegments = 1024;
 constexpr size_t kKneePoints = kKneeSegments + 1;
+
+/// The format code of the applet's own curves.
+constexpr uint32_t kKneeFormat = 3;
 
 /// The quantised support points of one table.
 using KneeCodes = std::array<int, kKneePoints>;

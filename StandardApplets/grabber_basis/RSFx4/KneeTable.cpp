@@ -6,12 +6,6 @@
 
 #include "StandardApplets/grabber_basis/RSFx4/KneeCurve.h"
 
-namespace {
-
-constexpr uint32_t kOwnFormat = 3;
-
-}  // namespace
-
 bool KneeTable::install(const KneeLookupTable_s& other) {
     std::unique_ptr<double[]> copy(new (std::nothrow) double[other.nrOfElements]);
     if (copy == nullptr) return false;
@@ -31,6 +25,6 @@ void KneeTable::installLine(unsigned id) {
                .reserved = nullptr,
                .id = id,
                .nrOfElements = static_cast<uint32_t>(kKneePoints),
-               .format = kOwnFormat,
+               .format = kKneeFormat,
                .number = 0};
 }

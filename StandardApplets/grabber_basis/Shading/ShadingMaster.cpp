@@ -10,28 +10,33 @@ constexpr float kNoOffset = 0.0F;
 constexpr float kNoGain = 1.0F;
 constexpr float kNoValue = -1.0F;
 
+// Four pointers, one of them to the virtual functions, and nine numbers.
+static_assert(sizeof(ShadingMaster) == (sizeof(void*) == 8 ? 72 : 52), "a host's object has this layout");
+
 }  // namespace
 
 ShadingMaster::ShadingMaster(int Set, unsigned int Port, unsigned int MaxWidth, unsigned int MaxHeight)
-    : mDataSub(MaxWidth, kNoOffset),
-      mDataMult(MaxWidth, kNoGain),
-      mDataFPN(MaxWidth, false),
+    : mDataSub(new float[MaxWidth]),
+      mDataMult(new float[MaxWidth]),
+      mDataFPN(new bool[MaxWidth]),
       mSet(Set),
       mPort(Port),
       mMaxWidth(MaxWidth),
-      mMaxHeight(MaxHeight) {}
+      mMaxHeight(MaxHeight) {
+    ShadingMaster::init();
+}
 
 ShadingMaster::~ShadingMaster() = default;
 
 void ShadingMaster::init() {
-    std::fill(mDataSub.begin(), mDataSub.end(), kNoOffset);
-    std::fill(mDataMult.begin(), mDataMult.end(), kNoGain);
-    std::fill(mDataFPN.begin(), mDataFPN.end(), false);
+    std::fill_n(mDataSub.get(), mMaxWidth, kNoOffset);
+    std::fill_n(mDataMult.get(), mMaxWidth, kNoGain);
+    std::fill_n(mDataFPN.get(), mMaxWidth, false);
     mWidth = 0;
 }
 
-template <class Values, class Value>
-int ShadingMaster::store(Values& values, unsigned int index, Value value) {
+template <class Value>
+int ShadingMaster::store(std::unique_ptr<Value[]>& values, unsigned int index, Value value) {
     if (index >= mMaxWidth) return FG_INVALID_ARGUMENT;
     values[index] = value;
     mWidth = std::max(mWidth, index + 1);

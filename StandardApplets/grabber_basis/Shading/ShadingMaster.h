@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <memory>
 
 /// Flat-field correction data of one line of one camera port: per pixel an offset to subtract, a gain to multiply by
 /// and a fixed-pattern-noise flag. The host owns it, fills it line by line and gives it back. The data does not
@@ -40,16 +40,17 @@ public:
     int setId(const unsigned int id);
     int setCnt(const unsigned int cnt);
     /// \return the values of the line, for a derived class that writes them to hardware
-    float* dataSubArray() { return mDataSub.data(); }
-    float* dataMultArray() { return mDataMult.data(); }
+    float* dataSubArray() { return mDataSub.get(); }
+    float* dataMultArray() { return mDataMult.get(); }
 
 protected:
-    template <class Values, class Value>
-    int store(Values& values, unsigned int index, Value value);
+    template <class Value>
+    int store(std::unique_ptr<Value[]>& values, unsigned int index, Value value);
 
-    std::vector<float> mDataSub;
-    std::vector<float> mDataMult;
-    std::vector<bool> mDataFPN;
+    // Arrays of mMaxWidth values. A host's object has the same layout, so they are plain pointers.
+    std::unique_ptr<float[]> mDataSub;
+    std::unique_ptr<float[]> mDataMult;
+    std::unique_ptr<bool[]> mDataFPN;
     int mSet;
     unsigned int mWidth = 0;
     unsigned int mPort;
