@@ -97,6 +97,7 @@ TEST_F(AreaTriggerTest, EachParameterWritesItsRegister) {
     EXPECT_EQ(writesOf(FG_LIMIT_TRIGGER_PULSES, 10), "TriggersTillStop 11");
     EXPECT_EQ(writesOf(FG_LIMIT_TRIGGER_PULSES, 2147483647), "TriggersTillStop 2147483648");
     EXPECT_EQ(writesOf(FG_LIMIT_TRIGGER_PULSES, 0), "TriggersTillStop 0");
+    EXPECT_EQ(writesOf(FG_LIMIT_TRIGGER_PULSES, -5), "TriggersTillStop 18446744073709551612") << "from a file";
     EXPECT_EQ(update(FG_WIDTH), "");
     EXPECT_EQ(mResult, FG_OK);
 }

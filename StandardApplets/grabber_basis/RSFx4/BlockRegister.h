@@ -11,8 +11,11 @@ struct BlockRegister {
     std::array<unsigned, kPorts> width{};
 };
 
-/// Only some designs have the register: its absence does not count for the init status.
+/// Whether only some designs have the register: its absence does not count for the init status then.
+constexpr bool kRequired = false;
 constexpr bool kOptional = true;
+/// The lookup asks for the width of the register as well.
+constexpr bool kWithWidth = true;
 
 /// Names of a block register in the design.
 struct BlockRegisterRow {
@@ -20,4 +23,5 @@ struct BlockRegisterRow {
     const char* nameA;  ///< port 0
     const char* nameB;  ///< port 1 of a two-camera design; null: both ports share port 0's register
     bool isOptional = false;
+    bool needsWidth = false;
 };

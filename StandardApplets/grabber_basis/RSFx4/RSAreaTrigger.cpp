@@ -81,32 +81,32 @@ void RSAreaTrigger::initRegisters() {
     const std::array rows{
         BlockRegisterRow{mwReg_MasterSync, "AATrgArea_MasterSyncA", nullptr},
         BlockRegisterRow{mwReg_HdLow, "AATrgArea_HdLow", nullptr},
-        BlockRegisterRow{mwReg_HdPeriod, "AATrgArea_HdPeriod", nullptr},
+        BlockRegisterRow{mwReg_HdPeriod, "AATrgArea_HdPeriod", nullptr, kRequired, kWithWidth},
         BlockRegisterRow{rReg_SwTrgBusy, "AATrg_ImgBusy", "ABTrg_ImgBusy"},
         BlockRegisterRow{rReg_SwTrgQueueFillLevel, "AATrgArea_SwTrgQueueFillLevel", "ABTrgArea_SwTrgQueueFillLevel",
-                         kOptional},
+                         kOptional, kWithWidth},
         BlockRegisterRow{wReg_SwTrgQueueTriggers, "AATrgArea_SwTrgQueueTriggers", "ABTrgArea_SwTrgQueueTriggers",
                          kOptional},
         BlockRegisterRow{wReg_SwTrgQueueEnable, "AATrgArea_SwTrgQueueEnable", "ABTrgArea_SwTrgQueueEnable", kOptional},
-        BlockRegisterRow{wReg_FlashLow, "AATrgArea_FlashLow", "ABTrgArea_FlashLow", kOptional},
+        BlockRegisterRow{wReg_FlashLow, "AATrgArea_FlashLow", "ABTrgArea_FlashLow", kOptional, kWithWidth},
         BlockRegisterRow{wReg_flashTimeProgrammable, "AAEnable_ProgFlashDuration", "ABEnable_ProgFlashDuration",
-                         kOptional},
-        BlockRegisterRow{wReg_ExSyncHigh, "AATrgArea_ExSyncHigh", "ABTrgArea_ExSyncHigh"},
+                         kOptional, kWithWidth},
+        BlockRegisterRow{wReg_ExSyncHigh, "AATrgArea_ExSyncHigh", "ABTrgArea_ExSyncHigh", kRequired, kWithWidth},
         BlockRegisterRow{wReg_ExSyncInvert, "AATrg_ExSyncHighActive", "ABTrg_ExSyncHighActive"},
-        BlockRegisterRow{wReg_ExSyncLow, "AATrgArea_ExSyncLow", "ABTrgArea_ExSyncLow"},
+        BlockRegisterRow{wReg_ExSyncLow, "AATrgArea_ExSyncLow", "ABTrgArea_ExSyncLow", kRequired, kWithWidth},
         BlockRegisterRow{wReg_ExSyncMode, "AATrgArea_ExSyncMode", "ABTrgArea_ExSyncMode"},
         BlockRegisterRow{wReg_ExSyncOn, "AATrgArea_ExSyncOn", "ABTrgArea_ExSyncOn"},
-        BlockRegisterRow{wReg_StrobePulseDelay, "AATrgArea_FlashDelay", "ABTrgArea_FlashDelay"},
+        BlockRegisterRow{wReg_StrobePulseDelay, "AATrgArea_FlashDelay", "ABTrgArea_FlashDelay", kRequired, kWithWidth},
         BlockRegisterRow{mReg_StrobePulseMask, "AATrgArea_FlashEnable", "ABTrgArea_FlashEnable"},
         BlockRegisterRow{wReg_StrobePulseInvert, "AATrg_FlashHighActive", "ABTrg_FlashHighActive"},
         BlockRegisterRow{wReg_TrgInPolarity, "AATrg_ImgInLowActive", "ABTrg_ImgInLowActive"},
         BlockRegisterRow{wReg_TrgInSelect, "AATrg_ImgInSelect", "ABTrg_ImgInSelect"},
         BlockRegisterRow{wReg_TrgSwEnable, "AATrg_ImgSwEnable", "ABTrg_ImgSwEnable"},
         BlockRegisterRow{wReg_TrgSwSet, "AATrg_ImgSwSet", "ABTrg_ImgSwSet"},
-        BlockRegisterRow{wReg_ExSyncDelay, "AATrgArea_ExSyncDelay", "ABTrgArea_ExSyncDelay"},
+        BlockRegisterRow{wReg_ExSyncDelay, "AATrgArea_ExSyncDelay", "ABTrgArea_ExSyncDelay", kRequired, kWithWidth},
         BlockRegisterRow{wReg_TriggersUntilStop, "AATrgArea_TriggersTillStop", "ABTrgArea_TriggersTillStop"},
     };
-    initBlockRegisters(rows, Widths::kAsk);
+    initBlockRegisters(rows);
 }
 
 bool RSAreaTrigger::isSoftwareTriggerQueueAvailable(unsigned port) const {
@@ -247,8 +247,8 @@ int RSAreaTrigger::writeCached(unsigned port, int parameter) {
 
 /// \return the pulse limit as the register counts it: 0 for none, else one more
 uint64_t RSAreaTrigger::pulsesUntilStop(unsigned port) const {
-    const auto limit = static_cast<uint32_t>(m_portdata[port].v_TriggersUntilStop);
-    return limit == 0 ? 0 : limit + 1;
+    const int64_t limit = m_portdata[port].v_TriggersUntilStop;
+    return limit == 0 ? 0 : static_cast<uint64_t>(limit + 1);
 }
 
 int RSAreaTrigger::updateParameter(unsigned int port, int parameter) {

@@ -88,26 +88,26 @@ void RSMaster::initRegister(int* reg, const char* name, unsigned int* width) {
     if (error != FG_OK) mRegisterInitSuccess = error;
 }
 
-void RSMaster::initRows(std::span<const BlockRegisterRow> rows, unsigned int port, Widths widths) {
+void RSMaster::initRows(std::span<const BlockRegisterRow> rows, unsigned int port) {
     for (const BlockRegisterRow& row : rows) {
         const char* name = port == 0 ? row.nameA : row.nameB;
         if (name == nullptr) continue;
         const int status = mRegisterInitSuccess;
-        initRegister(&row.reg.handle[port], name, widths == Widths::kAsk ? &row.reg.width[port] : nullptr);
+        initRegister(&row.reg.handle[port], name, row.needsWidth ? &row.reg.width[port] : nullptr);
         if (row.isOptional) mRegisterInitSuccess = status;
     }
 }
 
-void RSMaster::initBlockRegisters(std::span<const BlockRegisterRow> rows, Widths widths) {
-    initRows(rows, 0, widths);
+void RSMaster::initBlockRegisters(std::span<const BlockRegisterRow> rows) {
+    initRows(rows, 0);
     shareRegisters(rows);
-    if (IsTwoCamModel()) initRows(rows, 1, widths);
+    if (IsTwoCamModel()) initRows(rows, 1);
 }
 
 void RSMaster::initBothPorts(std::span<const BlockRegisterRow> rows) {
-    initRows(rows, 0, Widths::kSkip);
+    initRows(rows, 0);
     shareRegisters(rows);
-    initRows(rows, 1, Widths::kSkip);
+    initRows(rows, 1);
 }
 
 void RSMaster::shareRegisters(std::span<const BlockRegisterRow> rows) {

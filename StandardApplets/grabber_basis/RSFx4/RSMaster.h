@@ -80,15 +80,12 @@ public:
     int updateAllDescriptions(bool setDefault);
 
 protected:
-    /// Whether a lookup also asks for the registers' widths.
-    enum class Widths { kSkip, kAsk };
-
     /// Looks a register up. A missing one leaves handle and width 0 and the status FG_REGISTER_NOT_FOUND.
     /// \param width receives the width in bits; may be null
     void initRegister(int* reg, const char* name, unsigned int* width);
     /// Looks the registers of a block up: all names of port 0, then, on a two-camera design, those of port 1;
     /// otherwise both ports share port 0's registers.
-    void initBlockRegisters(std::span<const BlockRegisterRow> rows, Widths widths = Widths::kSkip);
+    void initBlockRegisters(std::span<const BlockRegisterRow> rows);
     /// Looks the registers of both ports up whatever the design, those of port 0 first; a row without a name for port 1
     /// shares port 0's.
     void initBothPorts(std::span<const BlockRegisterRow> rows);
@@ -108,7 +105,7 @@ protected:
         return first != FG_OK ? first : writeHandle(reg.handle[1], value);
     }
 
-    void initRows(std::span<const BlockRegisterRow> rows, unsigned int port, Widths widths);
+    void initRows(std::span<const BlockRegisterRow> rows, unsigned int port);
     int writeHandle(int handle, uint64_t value);
     [[nodiscard]] bool isMedium() const;
 
