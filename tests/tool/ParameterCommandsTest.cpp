@@ -34,6 +34,7 @@ TEST(ParameterCommandsTest, RefusalsNameValueLimitAndRemedy) {
         {{"FG_HEIGHT=65536"},                     1, {"FG_HEIGHT = 65536 refused: above the maximum 65535 [pixels]", "1 to 65535"}                    },
         {{"FG_XOFFSET=-16"},                      1, {"FG_XOFFSET = -16 refused: below the minimum 0 [pixels]"}                                       },
         {{"FG_TIMEOUT=1"},                        1, {"FG_TIMEOUT = 1 refused: below the minimum 2 [s]"}                                              },
+        {{"FG_GEN_ROLL=256"},                     1, {"above the maximum 255; allowed: 0 to 255 (code -6000)"}                                        },
         {{"FG_CAMSTATUS=1"},                      1, {"FG_CAMSTATUS = 1 refused", "cannot be written"}                                                },
         {{"FG_GLOBAL_ACCESS=5"},                  1, {"FG_GLOBAL_ACCESS = 5 refused: no such entry", "RO (1)"}                                        },
         {{"FG_GLOBAL_ACCESS=ro", "FG_WIDTH=512"}, 1, {"FG_WIDTH = 512 refused", "FG_GLOBAL_ACCESS=NONE"}                                              },
@@ -114,6 +115,25 @@ TEST(ParameterCommandsTest, ListPatternsChooseByNameInAnyCase) {
     const ToolResult none = runTool({"list", "no such thing"});
     EXPECT_EQ(none.exitCode, 2);
     EXPECT_THAT(none.errors, HasSubstr("'no such thing'"));
+}
+
+TEST(ParameterCommandsTest, DescribeFindsWhatAParameterDependsOn) {
+    const auto description = [](const char* name, const char* mode) {
+        return runTool({"describe", name, "--set", std::string("FG_TRIGGERMODE=") + mode}).output;
+    };
+    EXPECT_THAT(
+        description("FG_EXPOSURE", "FREE_RUN"),
+        HasSubstr("access now    r--: can be read, not written\n"
+                  "locked        yes; FG_TRIGGERMODE=GRABBER_CONTROLLED or FG_GLOBAL_ACCESS=RW makes it writable\n"
+                  "depends on    FG_TRIGGERMODE: access\n"
+                  "              FG_GLOBAL_ACCESS: access\n"
+                  "group"));
+    EXPECT_THAT(description("FG_EXPOSURE", "GRABBER_CONTROLLED"), HasSubstr("depends on    FG_TRIGGERMODE: access\n"
+                                                                            "              FG_FRAMESPERSEC: limits\n"
+                                                                            "              FG_PRESCALER: limits\n"
+                                                                            "              FG_GLOBAL_ACCESS: access\n"
+                                                                            "group"));
+    EXPECT_THAT(description("FG_GEN_FREQ", "FREE_RUN"), HasSubstr("depends on    FG_GEN_ACCURACY: limits, value\n"));
 }
 
 TEST(ParameterCommandsTest, ListedObjectsHaveTheKeysThatApply) {
