@@ -1,5 +1,7 @@
 #include "simulation/board/AcquisitionPath.h"
 
+#include <tuple>
+
 namespace simulation {
 
 void AcquisitionPath::configure() {
@@ -21,6 +23,10 @@ bool AcquisitionPath::isGate(int handle) const {
 GeneratorSettings AcquisitionPath::generator() const { return Generator::settings(mGeneratorRow.values(mRegisters)); }
 
 ImageSelection AcquisitionPath::selection() const { return ImageSelection::of(mSelectorRow.values(mRegisters)); }
+
+void AcquisitionPath::prepare() {
+    if (!generator().isSource) std::ignore = mCamera.source();
+}
 
 bool AcquisitionPath::isOpen() const {
     const auto [globalWork, reset, portEnable] = mGateRow.values(mRegisters);

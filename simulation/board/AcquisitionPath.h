@@ -32,6 +32,7 @@ public:
     /// The host has written the strobe: the knee table takes what its registers hold. Any thread may call it.
     void strobe() { mKnee.load(mKneeRow.values(mRegisters)); }
 
+    void prepare() override;
     [[nodiscard]] bool isOpen() const override;
     [[nodiscard]] bool isOpenAt(BoardTime elapsed) const override;
     [[nodiscard]] bool isSelected(uint64_t number) const override;

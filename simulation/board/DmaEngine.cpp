@@ -18,6 +18,7 @@ int DmaEngine::start(std::shared_ptr<BufferSet> buffers, const TransferPlan& pla
     const std::lock_guard control(mControlMutex);
     if (transferRuns()) return kBusy;
     if (mThread.joinable()) mThread.join();
+    mProducer.prepare();
     {
         const std::lock_guard lock(mMutex);
         mStatistics = {};

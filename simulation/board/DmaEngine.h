@@ -23,6 +23,10 @@ public:
     FrameProducer(const FrameProducer&) = delete;
     FrameProducer& operator=(const FrameProducer&) = delete;
 
+    /// Makes what the first frame needs and takes long: in real time that frame would be late otherwise. Called before
+    /// the transfer, from the thread that starts it.
+    virtual void prepare() = 0;
+
     /// Whether frames pass now. Asked from the DMA thread; DmaEngine::wake() tells it that the answer may differ.
     [[nodiscard]] virtual bool isOpen() const = 0;
 
