@@ -123,7 +123,12 @@ TEST_F(CamPortTest, NewConfigurationFirstRewritesAnInputFormatThatItDoesNotOffer
     EXPECT_EQ(set(11011, 8), 0);
     board.clearEvents();
     EXPECT_EQ(set(30000, 1), 0);  // back to full formats, which do not have 8
-    EXPECT_EQ(writes(), std::string(kFullInput8) + ", AAReset 1, AACamPortConfig 1, BACamPortConfig 1, AAReset 0");
+    const std::string configured =
+        std::string(kFullInput8) + ", AAReset 1, AACamPortConfig 1, BACamPortConfig 1, AAReset 0";
+    EXPECT_EQ(writes(), configured);
+    board.clearEvents();
+    EXPECT_EQ(set(700, kGray8), 0);  // also before what the format itself writes
+    EXPECT_EQ(writes(), std::string(kFullInput8) + ", AAOutputFormat 0, ABOutputFormat 0, " + configured);
 }
 
 // ---- Failures

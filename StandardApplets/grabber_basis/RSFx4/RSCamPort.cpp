@@ -1,6 +1,7 @@
 #include "StandardApplets/grabber_basis/RSFx4/RSCamPort.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "StandardApplets/grabber_basis/Fg_StdMaster.h"
 #include "StandardApplets/grabber_basis/RSFx4/RSControl.h"
@@ -217,7 +218,7 @@ int RSCamPort::writeOutputFormat(unsigned port) {
     }
     updatePixelDepth(port);
     // The receiver takes a new format up when it is configured anew. That result is the configuration's own.
-    writeConfiguration(port);
+    std::ignore = updateParameter(port, FG_CAMPORT_CONFIG);
     return FG_OK;
 }
 
