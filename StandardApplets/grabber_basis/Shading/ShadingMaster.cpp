@@ -16,9 +16,9 @@ static_assert(sizeof(ShadingMaster) == (sizeof(void*) == 8 ? 72 : 52), "a host's
 }  // namespace
 
 ShadingMaster::ShadingMaster(int Set, unsigned int Port, unsigned int MaxWidth, unsigned int MaxHeight)
-    : mDataSub(new float[MaxWidth]),
-      mDataMult(new float[MaxWidth]),
-      mDataFPN(new bool[MaxWidth]),
+    : mDataSub(std::make_unique<float[]>(MaxWidth)),
+      mDataMult(std::make_unique<float[]>(MaxWidth)),
+      mDataFPN(std::make_unique<bool[]>(MaxWidth)),
       mSet(Set),
       mPort(Port),
       mMaxWidth(MaxWidth),
