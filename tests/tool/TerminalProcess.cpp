@@ -15,6 +15,13 @@
 
 namespace tooltest {
 
+namespace {
+
+/// Tenths of a second without a word until a program counts as stuck.
+constexpr int kMostWaits = 200;
+
+}  // namespace
+
 TerminalProcess::TerminalProcess(const Arguments& arguments, const Environment& environment) {
     winsize size{24, 80, 0, 0};
     if (openpty(&mTerminal, &mProgramSide, nullptr, nullptr, &size) != 0) throw std::runtime_error("no terminal");
@@ -59,7 +66,6 @@ bool TerminalProcess::readSome() {
 }
 
 bool TerminalProcess::waitFor(const std::string& text) {
-    constexpr int kMostWaits = 200;
     for (int silent = 0; silent < kMostWaits;) {
         const size_t at = mShown.find(text, mSeen);
         if (at != std::string::npos) {
@@ -73,7 +79,9 @@ bool TerminalProcess::waitFor(const std::string& text) {
 
 int TerminalProcess::finish() {
     int status = 0;
-    while (waitpid(mProcess, &status, WNOHANG) == 0) readSome();
+    for (int silent = 0; waitpid(mProcess, &status, WNOHANG) == 0;) {
+        if (!readSome() && ++silent == kMostWaits) kill(mProcess, SIGKILL);
+    }
     mProcess = -1;
     while (readSome()) {
     }

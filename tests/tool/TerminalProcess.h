@@ -19,7 +19,7 @@ public:
     void type(const std::string& keys) const;
     /// Reads until \p text has been shown since the last wait. \return whether it was, within some seconds
     bool waitFor(const std::string& text);
-    /// Reads to the end. \return the exit code
+    /// Reads to the end; a program that is stuck is killed. \return the exit code
     int finish();
     /// \return all that was shown
     [[nodiscard]] const std::string& shown() const { return mShown; }

@@ -70,6 +70,7 @@ TEST(TerminalTest, ShellCompletesAndSurvivesCtrlC) {
     EXPECT_TRUE(tool.waitFor("quillon> ")) << tool.shown();
     tool.type("bogus\n");
     EXPECT_TRUE(tool.waitFor("there is no command 'bogus'")) << tool.shown();
+    EXPECT_TRUE(tool.waitFor("quillon> ")) << "between two lines the terminal would swallow the end of input";
     tool.type("\x04");
     EXPECT_EQ(tool.finish(), 0);
     EXPECT_TRUE(tool.isRestored());
