@@ -13,6 +13,7 @@
 
 namespace {
 
+constexpr size_t kUsualDocument = 96 * 1024;  // bytes; longer ones grow
 constexpr const char* kRootName = "Root";
 constexpr const char* kDirectRegisterPrefix = "DRA_";
 constexpr const char* kGenApi = "http://www.genicam.org/GenApi/Version_1_0";
@@ -63,7 +64,9 @@ ParameterInfoBuilderXML::ParameterInfoBuilderXML(Fx3ParameterHeader& header, Fg_
 ParameterInfoBuilderXML::~ParameterInfoBuilderXML() = default;
 
 std::string ParameterInfoBuilderXML::build() {
-    std::ostringstream out;
+    std::string text;
+    text.reserve(kUsualDocument);
+    std::ostringstream out(std::move(text));
     // A host's locale may group the digits of numbers.
     out.imbue(std::locale::classic());
     // Without this a stream swallows a failed allocation, and the document would lack something unnoticed.

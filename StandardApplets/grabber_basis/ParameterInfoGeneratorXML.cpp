@@ -11,10 +11,16 @@
 namespace {
 
 constexpr int kTextLength = 4096;
-constexpr size_t kUsualGroup = 2048;  // bytes; longer ones grow
-constexpr int kLimitDigits = 16;      // of a floating-point field
+constexpr size_t kUsualPart = 1000;  // bytes put together between two flushes; more of them grow
+constexpr int kLimitDigits = 16;     // of a floating-point field
 
 void append(std::string& text, std::string_view part) { text += part; }
+
+/// \param literal its length is known without counting
+template <size_t size>
+void append(std::string& text, const char (&literal)[size]) {
+    text.append(literal, size - 1);
+}
 
 void append(std::string& text, char character) { text += character; }
 
@@ -54,7 +60,7 @@ constexpr ParameterInfoGeneratorXML::RegisterFormat ParameterInfoGeneratorXML::k
 ParameterInfoGeneratorXML::ParameterInfoGeneratorXML(std::ostringstream& out, int port,
                                                      std::set<std::string>& exportedNames)
     : mStr(out), mPort(port), mParameters(exportedNames) {
-    mText.reserve(kUsualGroup);
+    mText.reserve(kUsualPart);
 }
 
 // ---- Groups, one kind of value each

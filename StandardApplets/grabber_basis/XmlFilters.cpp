@@ -18,17 +18,15 @@ constexpr std::array kEntities{
 
 constexpr bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool isNameCharacter(char c) { return isLetter(c) || isDigit(c) || c == '_'; }
 constexpr bool isReserved(char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; }
 
 }  // namespace
 
 std::string xmlNameFilter(const std::string& text) {
-    std::string name;
-    name.reserve(text.size());
-    for (size_t position = 0; position < text.size(); ++position) {
-        const char c = text[position];
-        if (isLetter(c) || (position != 0 && (isDigit(c) || c == '_'))) name += c;
-    }
+    std::string name = text;
+    if (!name.empty() && !isLetter(name.front())) name.front() = ' ';  // goes with all that no name has
+    std::erase_if(name, [](char c) { return !isNameCharacter(c); });
     return name;
 }
 
