@@ -1,8 +1,11 @@
 #include "simulation/design/DesignImage.h"
 
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
 #include <algorithm>
 #include <array>
-#include <map>
+#include <set>
 #include <string_view>
 
 namespace simulation {
@@ -10,54 +13,22 @@ namespace simulation {
 namespace {
 
 constexpr std::array<uint8_t, 8> kMagic{'Q', 'L', 'N', 'D', 0x1a, '\r', '\n', 0x00};
-constexpr uint32_t kVersion = 1;
+constexpr uint32_t kVersion = 2;
 constexpr size_t kHeaderSize = 64;
 constexpr size_t kChecksumOffset = 44;
 constexpr size_t kReservedOffset = 48;
 constexpr size_t kRegisterRowSize = 24;
 constexpr size_t kUserInfoRowSize = 8;
 
-/// Sixteen bytes a step: kCrcTables[k] holds what a byte contributes with k bytes behind it.
-constexpr size_t kCrcStep = 16;
-using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStep>;
-
-constexpr CrcTables makeCrcTables() {
-    CrcTables tables{};
-    for (uint32_t byte = 0; byte < 256; ++byte) {
-        uint32_t crc = byte;
-        for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320u : crc >> 1;
-        tables[0][byte] = crc;
-    }
-    for (size_t k = 1; k < kCrcStep; ++k) {
-        for (size_t byte = 0; byte < 256; ++byte) {
-            const uint32_t shorter = tables[k - 1][byte];
-            tables[k][byte] = tables[0][shorter & 0xFF] ^ (shorter >> 8);
-        }
-    }
-    return tables;
-}
-
-constexpr CrcTables kCrcTables = makeCrcTables();
-
-uint32_t continueCrc(uint32_t crc, std::span<const uint8_t> bytes) {
-    while (bytes.size() >= kCrcStep) {
-        uint32_t next = 0;
-        for (size_t i = 0; i < kCrcStep; ++i) {
-            const uint32_t carried = i < sizeof(crc) ? crc >> (8 * i) : 0;
-            next ^= kCrcTables[kCrcStep - 1 - i][(bytes[i] ^ carried) & 0xFF];
-        }
-        crc = next;
-        bytes = bytes.subspan(kCrcStep);
-    }
-    for (const uint8_t byte : bytes) crc = kCrcTables[0][(crc ^ byte) & 0xFF] ^ (crc >> 8);
-    return crc;
-}
-
 uint32_t checksumOf(std::span<const uint8_t> image) {
     constexpr std::array<uint8_t, 4> kEmptyField{};
-    uint32_t crc = continueCrc(0xFFFFFFFFu, image.first(kChecksumOffset));
-    crc = continueCrc(crc, kEmptyField);
-    return ~continueCrc(crc, image.subspan(kChecksumOffset + kEmptyField.size()));
+    const auto rest = image.subspan(kChecksumOffset + kEmptyField.size());
+    XXH3_state_t hash;
+    XXH3_64bits_reset(&hash);
+    XXH3_64bits_update(&hash, image.data(), kChecksumOffset);
+    XXH3_64bits_update(&hash, kEmptyField.data(), kEmptyField.size());
+    XXH3_64bits_update(&hash, rest.data(), rest.size());
+    return static_cast<uint32_t>(XXH3_64bits_digest(&hash));
 }
 
 void putNumber(std::span<uint8_t> image, size_t offset, uint64_t value, size_t bytes) {
@@ -156,6 +127,18 @@ size_t poolOffsetOf(const Design& design) {
     return kHeaderSize + design.registers.size() * kRegisterRowSize + design.userInfos.size() * kUserInfoRowSize;
 }
 
+constexpr std::string_view kUsedTwice = "the name is used twice";
+
+/// What is wrong with a register by itself; empty where all is well.
+std::string_view findFault(const RegisterInfo& row) {
+    if (row.width < 1 || row.width > 64) return "the width is not 1 to 64 bits";
+    if (row.direction != kDirectionWrite && row.direction != kDirectionRead) {
+        return "the direction is neither write nor read";
+    }
+    if (maskToWidth(row.initialValue, row.width) != row.initialValue) return "the initial value does not fit the width";
+    return {};
+}
+
 /// Stands in for the configuration data of a real chip: no meaning, but the same bytes in every build.
 void putFiller(std::span<uint8_t> filler) {
     uint32_t state = 0x9E3779B9u;
@@ -229,23 +212,16 @@ std::optional<Design> parseImage(std::span<const uint8_t> image, std::string& wh
 }
 
 std::string findFault(const Design& design) {
-    std::map<std::string_view, bool> names;
+    std::set<std::string_view> names;
     for (const RegisterInfo& row : design.registers) {
         if (row.name.empty()) return "a register has no name";
-        const std::string prefix = "register " + row.name + ": ";
-        if (!names.emplace(row.name, true).second) return prefix + "the name is used twice";
-        if (row.width < 1 || row.width > 64) return prefix + "the width is not 1 to 64 bits";
-        if (row.direction != kDirectionWrite && row.direction != kDirectionRead) {
-            return prefix + "the direction is neither write nor read";
-        }
-        if (maskToWidth(row.initialValue, row.width) != row.initialValue) {
-            return prefix + "the initial value does not fit the width";
-        }
+        const std::string_view fault = names.insert(row.name).second ? findFault(row) : kUsedTwice;
+        if (!fault.empty()) return "register " + row.name + ": " + std::string(fault);
     }
     names.clear();
     for (const UserInfo& row : design.userInfos) {
         if (row.name.empty()) return "a user information has no name";
-        if (!names.emplace(row.name, true).second) return "user information " + row.name + ": the name is used twice";
+        if (!names.insert(row.name).second) return "user information " + row.name + ": " + std::string(kUsedTwice);
     }
     return {};
 }

@@ -4,7 +4,7 @@
 ///
 /// Header: magic (8 bytes), then 32-bit fields: version, image size, board type, register count, register table
 /// offset, user information count, user information table offset, text pool offset, text pool size, checksum
-/// (CRC-32 of the whole image with this field as 0), four reserved fields of 0.
+/// (the low 32 bits of XXH3, 64 bits, seed 0, of the whole image with this field as 0), four reserved fields of 0.
 /// Register row, 24 bytes: name (offset in the pool), width, direction, 0 (32 bits each), initial value (64 bits).
 /// User information row, 8 bytes: name and value (offsets in the pool).
 #pragma once
