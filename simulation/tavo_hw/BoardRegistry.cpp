@@ -36,21 +36,21 @@ int report(const Outcome& outcome) {
 const char* lastError() { return gLastError.data(); }
 
 std::shared_ptr<BenchBoard> BoardRegistry::boardOf(int number) {
-    std::shared_ptr<BenchBoard>& board = mBoards[number];
-    if (board == nullptr) {
-        board = std::make_shared<BenchBoard>(number);
-        // A faulty variable is reported when the host configures the board, which reads it again.
-        std::ignore = board->applyEnvironment();
+    for (const auto& board : mBoards) {
+        if (board->number == number) return board;
     }
+    const auto& board = mBoards.emplace_back(std::make_shared<BenchBoard>(number));
+    // A faulty variable is reported when the host configures the board, which reads it again.
+    std::ignore = board->applyEnvironment();
     return board;
 }
 
 std::shared_ptr<BenchBoard> BoardRegistry::find(const FgDevice* device) {
     const std::lock_guard lock(mMutex);
-    const void* const handle = device;
-    const auto known =
-        std::find_if(mBoards.begin(), mBoards.end(), [&](const auto& entry) { return entry.second.get() == handle; });
-    return known != mBoards.end() ? known->second : boardOf(0);
+    for (const auto& board : mBoards) {
+        if (static_cast<const void*>(board.get()) == device) return board;
+    }
+    return boardOf(0);
 }
 
 FgDevice* BoardRegistry::open(int number) {
@@ -62,18 +62,18 @@ void BoardRegistry::close(const FgDevice* device) {
     const std::shared_ptr<BenchBoard> closed = find(device);
     closed->board.halt();
     const std::lock_guard lock(mMutex);
-    mBoards.erase(closed->number);
+    std::erase(mBoards, closed);
 }
 
 bool BoardRegistry::isIdle() const {
     const std::lock_guard lock(mMutex);
     return std::all_of(mBoards.begin(), mBoards.end(),
-                       [](const auto& entry) { return entry.second->board.openBufferSets() == 0; });
+                       [](const auto& bench) { return bench->board.openBufferSets() == 0; });
 }
 
 void BoardRegistry::halt() {
     const std::lock_guard lock(mMutex);
-    for (const auto& [number, board] : mBoards) board->board.halt();
+    for (const auto& bench : mBoards) bench->board.halt();
 }
 
 }  // namespace simulation

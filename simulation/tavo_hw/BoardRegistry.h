@@ -1,9 +1,8 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <mutex>
-#include <string_view>
+#include <vector>
 
 #include "fabrix/types.h"
 #include "simulation/board/Board.h"
@@ -45,7 +44,7 @@ private:
     std::shared_ptr<BenchBoard> boardOf(int number);
 
     mutable std::mutex mMutex;
-    std::map<int, std::shared_ptr<BenchBoard>> mBoards;  // guarded by mMutex, by number
+    std::vector<std::shared_ptr<BenchBoard>> mBoards;  // guarded by mMutex
 };
 
 /// The boards of this process.
