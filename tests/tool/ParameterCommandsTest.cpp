@@ -117,6 +117,12 @@ TEST(ParameterCommandsTest, ListPatternsChooseByNameInAnyCase) {
     EXPECT_THAT(none.errors, HasSubstr("'no such thing'"));
 }
 
+TEST(ParameterCommandsTest, RangesShowAStepOnlyWhereItIsChecked) {
+    EXPECT_THAT(runTool({"list", "fg_width"}).output, HasSubstr(" 32 to 65536, step 16\n"));
+    // A double has one, 10, and takes any value.
+    EXPECT_THAT(runTool({"list", "fg_exsyncdelay"}).output, HasSubstr(" 0 to 10485750\n"));
+}
+
 TEST(ParameterCommandsTest, DescribeFindsWhatAParameterDependsOn) {
     const auto description = [](const char* name, const char* mode) {
         return runTool({"describe", name, "--set", std::string("FG_TRIGGERMODE=") + mode}).output;
