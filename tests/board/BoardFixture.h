@@ -8,6 +8,12 @@
 
 #include "simulation/board/Board.h"
 
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
 /// A configured board in fast mode with a small scene, and a host that knows its registers.
 class BoardFixture : public testing::Test {
 protected:

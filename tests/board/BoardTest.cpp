@@ -7,9 +7,6 @@
 #include "tests/TemporaryFolder.h"
 
 using namespace simulation;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -151,7 +148,7 @@ TEST_F(EnvironmentTest, RefusesFaultyTextsWithTheVariableAndTheReason) {
         SCOPED_TRACE(testing::Message() << name << "=" << text);
         const Outcome outcome = apply(name, text);
         EXPECT_EQ(outcome.code, kBadSetting);
-        EXPECT_THAT(outcome.text, testing::AllOf(HasSubstr(name), HasSubstr(reason)));
+        EXPECT_THAT(outcome.text, AllOf(HasSubstr(name), HasSubstr(reason)));
         unsetenv(name);
     }
 }

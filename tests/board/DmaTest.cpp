@@ -5,7 +5,6 @@
 #include "simulation/board/Scene.h"
 
 using namespace simulation;
-using testing::Each;
 
 namespace {
 

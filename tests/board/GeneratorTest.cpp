@@ -3,7 +3,6 @@
 #include "simulation/board/Generator.h"
 
 using namespace simulation;
-using testing::Each;
 
 namespace {
 

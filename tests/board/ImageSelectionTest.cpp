@@ -18,18 +18,6 @@ TEST(ImageSelectionRuleTest, TheRegistersCountThePeriodFromZero) {
 
 using ImageSelectionTest = StageFixture;
 
-TEST_F(ImageSelectionTest, OneFrameOfEveryPeriodArrives) {
-    set("AAImgSelectPeriod", 3);
-    set("AAImgSelect", 2);
-    BufferSet& buffers = addBuffers(5);
-    ASSERT_EQ(start(5), 0);
-    EXPECT_EQ(buffers.wait(5, 20), 5);
-    for (int32_t picture = 1; picture <= 5; ++picture) {
-        EXPECT_EQ(buffers.ofPicture(picture)->frame, static_cast<uint64_t>(4 * picture - 1)) << picture;
-    }
-    EXPECT_EQ(mBoard.statistics().lost, 0u);
-}
-
 TEST_F(ImageSelectionTest, NothingArrivesFromBeyondThePeriod) {
     set("AAImgSelectPeriod", 1);
     set("AAImgSelect", 2);

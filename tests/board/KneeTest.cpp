@@ -113,7 +113,7 @@ TEST_F(KneeTest, TheBlackBeyondTheSensorPassesTheTable) {
     set("AAAreaHeight", 33);
     addBuffers(1, 64 * 34);
     const std::vector<uint8_t> picture = acquire();
-    EXPECT_THAT(std::span(picture).last(128), testing::Each(255));
+    EXPECT_THAT(std::span(picture).last(128), Each(255));
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "tests/TemporaryFolder.h"
 
 using namespace simulation;
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 

@@ -6,9 +6,6 @@
 #include "simulation/board/TapSorter.h"
 
 using namespace simulation;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 

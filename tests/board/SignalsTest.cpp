@@ -1,7 +1,6 @@
 #include "board/StageFixture.h"
 
 using namespace simulation;
-using testing::HasSubstr;
 
 namespace {
 

@@ -2,10 +2,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-
 const std::vector<std::string> kResetPulse{"write AAReset 1", "status 0", "write AAReset 1", "status 0",
                                            "write AAReset 1", "status 0", "write AAReset 1", "status 0",
                                            "write AAReset 1", "status 0", "write AAReset 0", "status 0"};

@@ -2,19 +2,10 @@
 #include <array>
 
 #include "tests/core/AreaTriggerFixture.h"
-#include "tests/core/Described.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class AreaTriggerParameterTest : public AreaTriggerFixture {
-protected:
-    /// \return the entries of an enumeration on port 0
-    std::string entries(int id) { return entriesOf(record(id), 0); }
-    std::string tree(int port) { return treeOf(master().getHeader()->getRegisterInfo(port)); }
-};
+using AreaTriggerParameterTest = AreaTriggerFixture;
 
 TEST_F(AreaTriggerParameterTest, AccessFollowsTheModeOfThePort) {
     constexpr std::array kModes{0, 1, 3, 2, 4, 7, 5};

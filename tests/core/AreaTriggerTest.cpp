@@ -5,9 +5,7 @@
 
 namespace {
 
-using testing::IsEmpty;
-
-class AreaTriggerTest : public AreaTriggerFixture {};
+using AreaTriggerTest = AreaTriggerFixture;
 
 // clang-format off
 /// Writes of the change into a mode at the defaults, ExSync switched on.
@@ -168,8 +166,6 @@ TEST_F(AreaTriggerTest, WholeBlockGoesInItsOrder) {
               "ExSyncOn 1, " +
                   kModeWrites.at(1) + ", FlashEnable 0, ImgInLowActive 0, FlashLow 399, TriggersTillStop 0");
 }
-
-// ---- Other designs and ports
 
 TEST_F(AreaTriggerTest, WholeBlockGoesOnAfterFailures) {
     open();

@@ -5,12 +5,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StrEq;
-
 using Lines = std::array<int, 4>;
 
 class CCSignalTest : public ModuleTest {

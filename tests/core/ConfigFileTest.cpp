@@ -6,9 +6,6 @@
 #include "tests/core/AllTypes.h"
 #include "tests/core/GrabberTest.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const std::string kHeader =

@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// The control module alone, published on both ports.
 class ControlTest : public ModuleTest {
 protected:

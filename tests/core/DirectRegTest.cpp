@@ -7,9 +7,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// Three registers: 50001 may be written, 50002 is read only, 50003 is 32 bits wide.
 class DirectRegTest : public ModuleTest {
 protected:

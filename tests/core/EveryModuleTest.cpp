@@ -35,7 +35,7 @@ protected:
         EXPECT_EQ(asked.setParamToRs(id, memory.data(), port), code);
         memory.fill(0x5A);
         EXPECT_EQ(asked.getParamFromRs(id, memory.data(), port), code);
-        EXPECT_THAT(memory, testing::Each(0x5A));
+        EXPECT_THAT(memory, Each(0x5A));
     }
 };
 
@@ -57,7 +57,7 @@ TEST_F(EveryModuleTest, PortsThatDoNotExistAreRefusedAndTouchNothing) {
         EXPECT_EQ(module(i).addStandardPS(2, true), -61);
     }
     EXPECT_EQ(master().getHeader()->getModule(static_cast<int>(kModules.size())), nullptr);
-    EXPECT_THAT(board.events, testing::IsEmpty());
+    EXPECT_THAT(board.events, IsEmpty());
 }
 
 TEST_F(EveryModuleTest, IdentifiersOfNobodyAreRefusedAndTouchNothing) {
@@ -68,7 +68,7 @@ TEST_F(EveryModuleTest, IdentifiersOfNobodyAreRefusedAndTouchNothing) {
             EXPECT_EQ(module(i).updateParameter(0, id), kModules[i].updateOfUnknown) << id;
         }
     }
-    EXPECT_THAT(board.events, testing::IsEmpty());
+    EXPECT_THAT(board.events, IsEmpty());
 }
 
 TEST_F(EveryModuleTest, ADesignWithoutAnyOneRegisterOpensAndSaysSo) {

@@ -7,10 +7,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-
 constexpr int kSixteenPixelsAClock = 30;
 
 class GeneratorTest : public ModuleTest {
@@ -21,11 +17,6 @@ protected:
         PSGenerator& module = add<PSGenerator>();
         board.clearEvents();
         return module;
-    }
-    PSGenerator& addModule(int patternBits) {
-        board.setWidth("AAGenActive", patternBits);
-        board.setWidth("AAGenPassive", patternBits);
-        return addModule();
     }
 };
 

@@ -15,6 +15,15 @@
 #include "fabrix/applet.h"
 #include "tests/core/FakeBoard.h"
 
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
 /// Verbs over the exported functions on one grabber.
 class GrabberVerbs {
 public:

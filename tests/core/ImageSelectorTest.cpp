@@ -4,9 +4,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 class ImageSelectorTest : public ModuleTest {
 protected:
     PSImageSelector& addOn(bool isDual, bool isMedium) {

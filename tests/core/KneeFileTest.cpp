@@ -4,9 +4,6 @@
 
 #include "tests/core/KneeLutTest.h"
 
-using testing::IsEmpty;
-using testing::SizeIs;
-
 namespace {
 
 using KneeFileTest = KneeLutTest;

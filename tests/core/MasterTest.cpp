@@ -1,13 +1,10 @@
 #include <array>
 
 #include "tests/core/GrabberTest.h"
-#include "tests/core/ProbeModule.h"
 
 namespace {
 
-using testing::ElementsAre;
-
-class MasterTest : public ModuleTest {};
+using MasterTest = ModuleTest;
 
 TEST_F(MasterTest, ScalingFactorsFollowTheCameraCategory) {
     constexpr std::array kWidth{4, 4, 4, 2, 1, 2, 1, 4, 2, 1, 4, 2, 8, 8, 2,  4,
@@ -63,12 +60,5 @@ TEST_F(MasterTest, LastErrorIsThatOfTheLastRecordingCall) {
     EXPECT_LT(loaded, 0);
     EXPECT_NE(lastError(), -61);
 }
-
-/// A module whose end writes a register, as a block that is switched off would.
-class SwitchOffModule : public ProbeModule {
-public:
-    using ProbeModule::ProbeModule;
-    ~SwitchOffModule() override { writeHandle(6, 1); }
-};
 
 }  // namespace

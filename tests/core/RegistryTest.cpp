@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 int selected(int id, unsigned selector) { return static_cast<int>(static_cast<unsigned>(id) | selector); }
 
 /// Two probe modules beside the control module; "a" owns 70 (integer) and 73 (text), "b" 71 and 72.

@@ -6,11 +6,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-using testing::StrEq;
-
 /// A mode with its register values: tap number, direction, mirror, order, bypass, schema A and B.
 struct Mode {
     int value;

@@ -3,8 +3,6 @@
 
 namespace {
 
-using testing::IsEmpty;
-
 class SoftwareTriggerTest : public AreaTriggerFixture {
 protected:
     /// \return what a trigger reads and writes

@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// The window as the applet makes it: one camera on both connectors, 16 pixels a clock.
 class WindowTest : public ModuleTest {
 protected:

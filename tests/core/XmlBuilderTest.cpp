@@ -7,11 +7,6 @@
 
 namespace {
 
-using testing::Each;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-
 std::string tailOf(const std::string& document) {
     const size_t start = document.find("<Category");
     return start == std::string::npos ? "no category" : document.substr(start);

@@ -95,7 +95,7 @@ TEST_F(XmlGeneratorTest, IntegerFieldGroupHasASelector) {
 <Inc>2</Inc>
 </Integer>)");
     EXPECT_THAT(group(mode, std::vector<uint64_t>(1), uint64_t{0}, uint64_t{1}, uint64_t{1}),
-                testing::HasSubstr("<Max>0</Max>\n<Inc>1</Inc>\n<pSelect>"));
+                HasSubstr("<Max>0</Max>\n<Inc>1</Inc>\n<pSelect>"));
 }
 
 TEST_F(XmlGeneratorTest, FloatFieldGroupHasLimitsOfSixteenDigits) {
@@ -116,7 +116,7 @@ TEST_F(XmlGeneratorTest, FloatFieldGroupHasLimitsOfSixteenDigits) {
 <Max>12345678.125</Max>
 </Float>)");
     const std::string extremes = group(mode, std::vector<double>(1), 1.0 / 3, 1e300, 0.0);
-    EXPECT_THAT(extremes, testing::HasSubstr("<Min>0.3333333333333333</Min>\n<Max>1e+300</Max>\n"));
+    EXPECT_THAT(extremes, HasSubstr("<Min>0.3333333333333333</Min>\n<Max>1e+300</Max>\n"));
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -14,43 +11,23 @@
 namespace tooltest {
 namespace {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::Each;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
-using testing::StartsWith;
-
 const std::string kDemoPictures = QUILLON_SOURCE "/simulation/pictures";
-
-/// Pictures arrive as fast as the machine makes them.
-const Environment kFast{
-    {"TAVO_SIM_MODE", "fast"}
-};
 
 struct Window {
     uint32_t width, height, x, y;
 };
 
 Arguments acquireArguments(const std::string& camera, const std::string& output, int count, const Window& window) {
-    return {"acquire",
-            "--camera",
-            camera,
-            "--output",
-            output,
-            "-n",
-            std::to_string(count),
-            "--set",
-            std::string("FG_WIDTH=") + std::to_string(window.width),
-            "--set",
-            std::string("height=") + std::to_string(window.height),
-            "--set",
-            std::string("fg_xoffset=") + std::to_string(window.x),
-            "--set",
-            std::string("YOffset=") + std::to_string(window.y)};
+    Arguments arguments{"acquire", "--camera", camera, "--output", output, "-n", std::to_string(count)};
+    for (const auto& [name, value] : {
+             std::pair{"FG_WIDTH=",   window.width },
+             {"height=",     window.height},
+             {"fg_xoffset=", window.x     },
+             {"YOffset=",    window.y     }
+    }) {
+        arguments.insert(arguments.end(), {"--set", name + std::to_string(value)});
+    }
+    return arguments;
 }
 
 /// The window of every input picture; the test is worth something only when no two of them are equal.
@@ -85,15 +62,7 @@ protected:
     }
 
     /// Makes a camera folder of different textures.
-    std::string textures(int count, uint32_t width, uint32_t height) {
-        const std::filesystem::path folder = mFolder / "camera";
-        std::filesystem::create_directory(folder);
-        for (int i = 0; i < count; ++i) {
-            writePgm(folder / (std::string("t") + std::to_string(i) + ".pgm"),
-                     makeTexture(width, height, static_cast<uint32_t>(i)));
-        }
-        return folder.string();
-    }
+    std::string textures(uint32_t count, uint32_t side) { return writeTextures(mFolder / "camera", count, side, side); }
 
     std::string outputPattern() const { return mFolder.file("out/p%d.pgm"); }
     std::vector<std::string> outputs() const { return filesIn(mFolder / "out"); }
@@ -112,7 +81,7 @@ TEST_F(AcquireTest, DemoPicturesArriveCutAsSet) {
 }
 
 TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
-    const std::string camera = textures(2, 64, 64);
+    const std::string camera = textures(2, 64);
     ToolProcess tool(toolPath(), acquireArguments(camera, outputPattern(), 0, {64, 64, 0, 0}), kFast);
     for (int i = 0; i < 2000 && outputs().size() < 5; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     tool.signal(SIGINT);
@@ -127,21 +96,20 @@ TEST_F(AcquireTest, InterruptKeepsCompleteFilesAndPrintsStatistics) {
 }
 
 TEST_F(AcquireTest, CountsDroppedFramesAcrossTheWrapOfTagsAndTimeStamps) {
-    const ToolResult result = runTool(
-        {
-            "acquire", "-n", "200", "--json"
-    },
-        {{"TAVO_SIM_MODE", "fast"},
-         {"TAVO_SIM_DROP", "10:7"},
-         {"TAVO_SIM_FIRST_TAG", "2147483600"},
-         {"TAVO_SIM_FIRST_TIME_STAMP", "18446744073300000000"}});
+    const Environment disturbed{
+        {"TAVO_SIM_MODE",             "fast"                },
+        {"TAVO_SIM_DROP",             "10:7"                },
+        {"TAVO_SIM_FIRST_TAG",        "2147483600"          },
+        {"TAVO_SIM_FIRST_TIME_STAMP", "18446744073300000000"}
+    };
+    const ToolResult result = runTool({"acquire", "-n", "200", "--json"}, disturbed);
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(result.output, AllOf(HasSubstr("\"pictures\": 200"), HasSubstr("\"dropped\": 25"),
                                      HasSubstr("\"intervalMs\": 10.0,"), HasSubstr("\"rate\": 88.8")));
 }
 
 TEST_F(AcquireTest, FullDiskLeavesNoHalfPicture) {
-    const std::string camera = textures(1, 256, 256);
+    const std::string camera = textures(1, 256);
     for (const std::string ending : {"pgm", "png"}) {
         const ToolResult result =
             runOnFullDisk(8, "acquire -n 3 --camera " + camera + " --set WIDTH=256 HEIGHT=256 --output " +
@@ -173,7 +141,7 @@ TEST_F(AcquireTest, CameraFoldersWithoutUsablePicturesAreRefusedByName) {
     std::filesystem::copy(kDemoPictures, mFolder / "broken");
     const std::string victim = "gears_3.png";
     std::filesystem::resize_file(mFolder / "broken" / victim, 60);
-    const std::string sizes = textures(2, 64, 64);
+    const std::string sizes = textures(2, 64);
     writePgm(std::filesystem::path(sizes) / "t2.pgm", makeTexture(80, 64, 1));
     const std::vector<std::pair<std::string, std::string>> cases{
         {mFolder.file("absent"), "absent"},

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,15 +8,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::ContainsRegex;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
 
 class ConfigurationTest : public testing::Test {
 protected:
@@ -165,7 +153,6 @@ TEST_F(ConfigurationTest, FullDiskLeavesTheFormerFile) {
     EXPECT_EQ(filesIn(mFolder.path()), files);
 }
 
-}  // namespace
 TEST_F(ConfigurationTest, UnusableTargetsAreRefused) {
     std::filesystem::create_directory(mFolder / "folder.mcf");
     for (const auto& [name, exitCode, reason] : std::vector<std::tuple<std::string, int, std::string>>{
@@ -202,4 +189,5 @@ TEST_F(ConfigurationTest, SetRefusesWithoutTouchingTheFile) {
     EXPECT_THAT(mFolder.content("new.mcf"), HasSubstr("\nFG_WIDTH=512;\n"));
 }
 
+}  // namespace
 }  // namespace tooltest

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <string>
 #include <vector>
@@ -10,10 +7,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 
 const std::string kPictures = QUILLON_SOURCE "/docs/pictures";
 
@@ -64,10 +57,7 @@ ToolResult runCommands(std::string script, const std::string& pictures) {
     for (size_t at = 0; (at = script.find(documented, at)) != std::string::npos; at += pictures.size()) {
         script.replace(at, documented.size(), pictures + "/");
     }
-    return runShell("set -e; tool=$1; quillon() { \"$tool\" \"$@\"; }; cd '" QUILLON_SOURCE "'\n" + script,
-                    {
-                        {"TAVO_SIM_MODE", "fast"}
-    });
+    return runShell("set -e; tool=$1; quillon() { \"$tool\" \"$@\"; }; cd '" QUILLON_SOURCE "'\n" + script, kFast);
 }
 
 TEST(DocumentedCommandsTest, PicturesAreWhatTheirCommandsMake) {
@@ -112,7 +102,7 @@ TEST(DocumentedCommandsTest, FirstSessionOfTheReadmeRunsAsItStands) {
     const ToolResult result = runCommands(session, kPictures);
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(filesIn(made.path()),
-                testing::ElementsAre("camera.mcf", "frame_001.png", "frame_002.png", "frame_003.png", "histogram.png"));
+                ElementsAre("camera.mcf", "frame_001.png", "frame_002.png", "frame_003.png", "histogram.png"));
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -14,12 +11,6 @@
 namespace tooltest {
 namespace {
 
-using testing::AllOf;
-using testing::ContainsRegex;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
-
 /// A second installation tree that a test may damage.
 class EnvironmentTest : public testing::Test {
 protected:
@@ -31,10 +22,6 @@ protected:
     std::filesystem::path tree(const std::string& file) const { return mFolder / "tree" / file; }
     ToolResult run(const Arguments& arguments, const Environment& environment = {}) {
         return ToolProcess(tree("bin/quillon").string(), arguments, environment).finish();
-    }
-    void replace(const std::string& file) {
-        std::filesystem::remove(tree(file));
-        std::filesystem::copy_file("/etc/passwd", tree(file));
     }
 
     TemporaryFolder mFolder;
@@ -77,7 +64,7 @@ struct DoctorCase {
 TEST_F(EnvironmentTest, DoctorNamesWhatFailsAndWhatToDo) {
     const ToolResult healthy = run({"doctor"});
     EXPECT_EQ(healthy.exitCode, 0) << healthy.output << healthy.errors;
-    EXPECT_THAT(healthy.output, AllOf(HasSubstr("software board"), testing::Not(HasSubstr("FAILED"))));
+    EXPECT_THAT(healthy.output, AllOf(HasSubstr("software board"), Not(HasSubstr("FAILED"))));
     const std::vector<DoctorCase> cases{
         {"true",                                             {{"TAVO_SIM_LINK", "0"}},                  {"FAILED  camera link", "cables"}                                   },
         {"rm lib/libtavo_hw.so",                             {},                                        {"FAILED  libtavo_hw.so", "install libtavo_hw.so in the folder lib"}},

@@ -117,4 +117,12 @@ GrayPicture makeTexture(uint32_t width, uint32_t height, uint32_t seed) {
     return picture;
 }
 
+std::string writeTextures(const std::filesystem::path& folder, uint32_t count, uint32_t width, uint32_t height) {
+    std::filesystem::create_directory(folder);
+    for (uint32_t i = 0; i < count; ++i) {
+        writePgm(folder / ("t" + std::to_string(i) + ".pgm"), makeTexture(width, height, i));
+    }
+    return folder.string();
+}
+
 }  // namespace tooltest

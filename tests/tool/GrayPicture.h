@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <ostream>
+#include <string>
 #include <vector>
 
 namespace tooltest {
@@ -35,5 +36,8 @@ void writePgm(const std::filesystem::path& path, const GrayPicture& picture);
 
 /// A picture in which every pixel differs from its neighbours and every \p seed gives another one.
 GrayPicture makeTexture(uint32_t width, uint32_t height, uint32_t seed);
+
+/// Makes a folder of \p count textures, of the seeds from 0 on. \return its path
+std::string writeTextures(const std::filesystem::path& folder, uint32_t count, uint32_t width, uint32_t height);
 
 }  // namespace tooltest

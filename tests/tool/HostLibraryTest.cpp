@@ -214,7 +214,6 @@ TEST_F(HostLibraryTest, TwoBoardsAcquireAtTheSameTime) {
     EXPECT_THROW(boardDevice(mApplet, -1), HostError);
 }
 
-}  // namespace
 TEST_F(HostLibraryTest, BufferOfAnEarlierPictureCountsAsOverwritten) {
     const BufferSet buffers(mGrabber, windowBytes(), 4);
     Acquisition acquisition(mGrabber, buffers, 6);
@@ -258,4 +257,5 @@ TEST_F(HostLibraryTest, ParametersCanChangeAgainAfterAnAcquisitionWentOutOfScope
     EXPECT_EQ(mGrabber.write(FG_WIDTH, 128), FG_OK);
 }
 
+}  // namespace
 }  // namespace tooltest

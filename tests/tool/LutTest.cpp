@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,12 +10,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::ContainsRegex;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 class LutTest : public testing::Test {
 protected:

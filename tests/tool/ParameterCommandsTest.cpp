@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
@@ -11,12 +8,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::ContainsRegex;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 struct RefusalCase {
     Arguments settings;
@@ -66,11 +57,7 @@ TEST(ParameterCommandsTest, RefusalsNameValueLimitAndRemedy) {
 TEST(ParameterCommandsTest, EnumerationEntriesAreTakenByEveryName) {
     for (const char* entry : {"RW", "rw", "fg_rw", "Read Write", "3", "0x3"}) {
         SCOPED_TRACE(entry);
-        const ToolResult result = runTool(
-            {
-                "acquire", "--set", std::string("global_access=") + entry
-        },
-            {{"TAVO_SIM_MODE", "fast"}});
+        const ToolResult result = runTool({"acquire", "--set", std::string("global_access=") + entry}, kFast);
         EXPECT_EQ(result.exitCode, 0) << result.errors;
     }
 }

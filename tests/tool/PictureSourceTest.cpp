@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -10,11 +7,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 /// Of every window, generated picture and camera picture: a whole number of steps for every geometry.
 constexpr uint32_t kWidth = 128;
@@ -37,9 +29,7 @@ protected:
         arguments.insert(arguments.end(),
                          {"--set", "FG_WIDTH=" + std::to_string(kWidth), "FG_HEIGHT=" + std::to_string(kHeight)});
         arguments.insert(arguments.end(), settings.begin(), settings.end());
-        mResult = runTool(arguments, {
-                                         {"TAVO_SIM_MODE", "fast"}
-        });
+        mResult = runTool(arguments, kFast);
         EXPECT_EQ(mResult.exitCode, 0) << mResult.errors;
         return std::filesystem::exists(folder) ? readFolder(folder) : std::vector<GrayPicture>();
     }
@@ -53,15 +43,7 @@ protected:
         return pictures;
     }
 
-    std::string textures(int count) {
-        const std::filesystem::path folder = mFolder / "camera";
-        std::filesystem::create_directory(folder);
-        for (int i = 0; i < count; ++i) {
-            writePgm(folder / ("t" + std::to_string(i) + ".pgm"),
-                     makeTexture(kWidth, kHeight, static_cast<uint32_t>(i)));
-        }
-        return folder.string();
-    }
+    std::string textures(uint32_t count) { return writeTextures(mFolder / "camera", count, kWidth, kHeight); }
 
     TemporaryFolder mFolder;
     ToolResult mResult;

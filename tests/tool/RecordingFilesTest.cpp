@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <tiffio.h>
 
 #include <array>
@@ -17,14 +15,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-const Environment kFast{
-    {"TAVO_SIM_MODE", "fast"}
-};
 
 /// Reads every page with the library that others use.
 std::vector<GrayPicture> readTiff(const std::filesystem::path& path) {
@@ -47,14 +37,6 @@ std::vector<GrayPicture> readTiff(const std::filesystem::path& path) {
 
 class RecordingFilesTest : public testing::Test {
 protected:
-    RecordingFilesTest() {
-        std::filesystem::create_directory(mFolder / "camera");
-        for (uint32_t i = 0; i < 3; ++i) {
-            mInputs.push_back(makeTexture(96, 65, i));
-            writePgm(mFolder / "camera" / ("t" + std::to_string(i) + ".pgm"), mInputs.back());
-        }
-    }
-
     /// Acquires the camera's pictures whole.
     ToolResult acquire(const std::string& count, const std::string& output, const Arguments& more = {}) const {
         Arguments arguments{"acquire",  "-n",    count,       "--camera", mFolder.file("camera"),     "--set",
@@ -64,7 +46,7 @@ protected:
     }
 
     TemporaryFolder mFolder;
-    std::vector<GrayPicture> mInputs;
+    const std::vector<GrayPicture> mInputs = readFolder(writeTextures(mFolder / "camera", 3, 96, 65));
 };
 
 TEST_F(RecordingFilesTest, TiffAndRawFilesHoldEveryPicture) {
@@ -155,7 +137,6 @@ TEST_F(RecordingFilesTest, HistogramSheetShowsThePictureAndItsCounts) {
     }
 }
 
-}  // namespace
 TEST(SilenceTest, AnAcquisitionWithoutPicturesSaysWhatItWaitedFor) {
     struct Case {
         Arguments options;
@@ -191,4 +172,5 @@ TEST(SilenceTest, SoftwareTriggersAreCountedInTheJsonReport) {
     EXPECT_FALSE(nlohmann::json::parse(runTool({"acquire", "--json"}).output).contains("triggersSent"));
 }
 
+}  // namespace
 }  // namespace tooltest

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -10,14 +7,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::ContainsRegex;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
-using testing::Not;
-using testing::SizeIs;
 
 /// What the tool and the design tell of one register.
 struct Row {
@@ -58,7 +47,7 @@ std::vector<std::string> linesOf(const ToolResult& result) {
 TEST(RegistersTest, EveryRegisterOfTheDesignIsListedInItsOrder) {
     const std::vector<Row> expected = rowsOfDesign();
     ASSERT_THAT(expected, SizeIs(testing::Ge(40)));
-    ASSERT_THAT(expected, IsSupersetOf({
+    ASSERT_THAT(expected, testing::IsSupersetOf({
                               Row{"AAAreaWidth", "12", "read/write"},
                               Row{"AAFreqCount", "32", "read"      }
     }));
@@ -108,7 +97,6 @@ TEST(RegistersTest, RegistersAreWrittenAsUnsignedNumbers) {
     EXPECT_THAT(readOnly.output, IsEmpty());
 }
 
-}  // namespace
 TEST(RegistersTest, OtherCommandsSeeThemOnlyWhereTheUserAsks) {
     const ToolResult asked = runTool(
         {
@@ -125,4 +113,5 @@ TEST(RegistersTest, OtherCommandsSeeThemOnlyWhereTheUserAsks) {
     EXPECT_THAT(notAsked.output, Not(HasSubstr("DRA_")));
 }
 
+}  // namespace
 }  // namespace tooltest

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -14,10 +11,6 @@
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 class ShellTest : public testing::Test {
 protected:
@@ -76,8 +69,8 @@ TEST_F(ShellTest, FailuresNameTheLineAndDecideTheExitCode) {
     const ToolResult result = runTool({"shell", "--keep-going", script(all + "get height\n")});
     EXPECT_EQ(result.exitCode, 1);
     for (size_t i = 0; i < bad.size(); ++i) {
-        EXPECT_THAT(result.errors, testing::ContainsRegex("script.txt:" + std::to_string(i + 1) + ": [^\n]*" +
-                                                          (bad[i].second.ends_with('?') ? "did you mean" : "")));
+        EXPECT_THAT(result.errors, ContainsRegex("script.txt:" + std::to_string(i + 1) + ": [^\n]*" +
+                                                 (bad[i].second.ends_with('?') ? "did you mean" : "")));
         EXPECT_THAT(result.errors, HasSubstr(bad[i].second)) << bad[i].first;
     }
     EXPECT_THAT(result.output, HasSubstr("FG_HEIGHT = 1024"));
@@ -87,7 +80,6 @@ TEST_F(ShellTest, FailuresNameTheLineAndDecideTheExitCode) {
     EXPECT_EQ(runTool({"shell", mFolder.file("absent")}).exitCode, 3);
 }
 
-}  // namespace
 TEST_F(ShellTest, SoftwareTriggersAreSentWhileTheAcquisitionRuns) {
     const ToolResult result = runTool({"shell", script("set FG_TRIGGERMODE=ASYNC_SOFTWARE_TRIGGER FG_EXSYNCON=FG_ON\n"
                                                        "start -n 5 --timeout 20\n"
@@ -112,4 +104,5 @@ TEST_F(ShellTest, SignalsEndAScript) {
     }
 }
 
+}  // namespace
 }  // namespace tooltest

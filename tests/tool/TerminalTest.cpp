@@ -1,16 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string>
 
 #include "tool/TerminalProcess.h"
 
 namespace tooltest {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 /// What a program writes that gives the screen of before back.
 const std::string kRestored = "\x1b[?1049l";
@@ -76,7 +69,6 @@ TEST(TerminalTest, ShellCompletesAndSurvivesCtrlC) {
     EXPECT_TRUE(tool.isRestored());
 }
 
-}  // namespace
 TEST(TerminalTest, LivePictureWantsATerminal) {
     const ToolResult result = runTool({"view"});
     EXPECT_EQ(result.exitCode, 2);
@@ -84,4 +76,5 @@ TEST(TerminalTest, LivePictureWantsATerminal) {
     EXPECT_EQ(result.output, "");
 }
 
+}  // namespace
 }  // namespace tooltest

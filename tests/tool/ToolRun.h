@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/types.h>
 
 #include <filesystem>
@@ -11,6 +13,17 @@
 
 namespace tooltest {
 
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::Each;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
 /// How a program ended and what it wrote.
 struct ToolResult {
     int exitCode = -1;  ///< 128 and the signal's number where a signal killed it
@@ -20,6 +33,11 @@ struct ToolResult {
 
 using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
+
+/// Pictures arrive as fast as the machine makes them.
+inline const Environment kFast{
+    {"TAVO_SIM_MODE", "fast"}
+};
 
 /// A program that runs beside the test, as a user starts it. Killed and reaped when the test forgets it.
 class ToolProcess {
