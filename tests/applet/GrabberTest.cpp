@@ -147,6 +147,7 @@ TEST_F(GrabberTest, EveryFunctionOfAGrabberAnswers) {
     set(FG_WIDTH, 128);
     EXPECT_EQ(applet<decltype(Fg_loadConfig)>("Fg_loadConfig")(&grabber, file.c_str()), 0);
     EXPECT_EQ(get(FG_WIDTH), 64);
+    EXPECT_EQ(get(FG_LINEALIGNMENT), 32);
     EXPECT_EQ(write(FG_WIDTH, 65), -7080);
     EXPECT_EQ(applet<decltype(Fg_getLastErrorNumber)>("Fg_getLastErrorNumber")(&grabber), -7080);
 }

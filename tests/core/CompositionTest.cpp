@@ -4,8 +4,6 @@
 
 namespace {
 
-using testing::IsEmpty;
-
 /// The whole applet, opened through its entry function.
 using CompositionTest = GrabberTest;
 
@@ -24,6 +22,28 @@ TEST_F(CompositionTest, SwitchingThePortRewritesThatPortBeforeTheStart) {
     EXPECT_FALSE(board.eventsOf("write AAAreaWidth").empty());
     EXPECT_THAT(board.eventsOf("start "), IsEmpty());
     EXPECT_EQ(set(FG_WIDTH, 512), -7090);
+}
+
+/// \return the node of a parameter below a group, null where it is not there
+const RegisterInfo* nodeIn(const RegisterInfo& group, const std::string& name) {
+    for (int i = 0; i < group.u.gReg.nrOfElements; ++i) {
+        const RegisterInfo* node = group.u.gReg.elements[i];
+        if (node->format == REG_FORMAT_GROUP) node = nodeIn(*node, name);
+        if (node != nullptr && node->parameterName == name) return node;
+    }
+    return nullptr;
+}
+
+TEST_F(CompositionTest, TheTreeOfAHostShowsTheLimitsOfTheMoment) {
+    ASSERT_EQ(open(), 0);
+    EXPECT_EQ(set(FG_TRIGGERMODE, 1), 0);
+    const RegisterInfo* exposure = nullptr;
+    const RegisterInfo* group = Fg_getParameterInfo(handle(), 0);
+    for (; group != nullptr && exposure == nullptr; group = group->next) exposure = nodeIn(*group, "FG_EXPOSURE");
+    ASSERT_NE(exposure, nullptr);
+    EXPECT_EQ(set(FG_FRAMESPERSEC, 100.0), 0);
+    EXPECT_EQ(exposure->u.iReg.to, 9980);
+    EXPECT_EQ(exposure->u.iReg.to, maximum(FG_EXPOSURE));
 }
 
 TEST_F(CompositionTest, GrabbersAreIndependent) {

@@ -2,12 +2,6 @@
 
 #include <limits>
 
-using testing::AllOf;
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
 namespace {
 
 TEST_F(KneeLutTest, RefusedValuesAndReadsWriteNothing) {
@@ -81,6 +75,8 @@ TEST_F(KneeLutTest, CurveOfAnotherLengthLeavesTheLoadedTable) {
     EXPECT_EQ(load(FG_KNEE_LUT, table), 0);
     EXPECT_THAT(curve(), AllOf(SizeIs(1024), Each(1.0)));
     EXPECT_EQ(segment(1, 7)[0], "AAKneeLutStart 32");
+    EXPECT_EQ(loadLines("[Port A]\nFG_KNEE_LUT0=0.5;\n"), 0);
+    EXPECT_THAT(curve(), SizeIs(1025)) << "a line of a configuration file makes it whole";
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include "tests/TemporaryFolder.h"
 #include "tests/core/DecimalCommaLocale.h"
 
-using testing::Each;
 using testing::ElementsAre;
 
 namespace {
@@ -58,6 +57,9 @@ TEST_F(LutFileTest, WritesPlainTable) {
     EXPECT_EQ(plain.id, 5u);
     EXPECT_EQ(plain.format, 12u);
     EXPECT_EQ(plain.number, 255);
+    EXPECT_EQ(readPlain("0,9;\nnumber=4;\nformat=3;\nnrOfElements=1;\nid=2;\n"), 0) << "in any order";
+    EXPECT_THAT(plainEntries, ElementsAre(9u));
+    EXPECT_EQ(plain.id, 2u);
 }
 
 TEST_F(LutFileTest, WritesOneKneeTable) {
